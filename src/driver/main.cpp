@@ -1,0 +1,4 @@
+// main.cpp - the program entry.
+#include "driver/program.h"
+
+int main(int argc, char** argv) { return sciray::run_program(argc, argv); }

@@ -1,0 +1,22 @@
+// image.h - the SGI image file library: run-length encoded rows of 8-bit
+// (or 16-bit) channel values, written with iopen/putrow/iclose and read back
+// with iopen/getrow/iclose.
+#pragma once
+
+#include <cstdint>
+
+namespace sciray {
+
+struct image_file;
+
+// mode "w" creates the file, "r" opens one for reading; none on failure.
+image_file* iopen(const char* name, const char* mode, unsigned type, unsigned dim, unsigned xsize, unsigned ysize,
+                  unsigned zsize);
+// Writes row y of channel z from xsize samples; returns xsize, or -1.
+int putrow(image_file* image, const std::uint16_t* samples, unsigned y, unsigned z);
+// Reads row y of channel z into xsize samples; returns xsize, or -1.
+int getrow(image_file* image, std::uint16_t* samples, unsigned y, unsigned z);
+// Writes the header and tables (when writing), frees the image; 0 or -1.
+int iclose(image_file* image);
+
+}  // namespace sciray

@@ -1,0 +1,5 @@
+// PLACEHOLDER: replaced by the real implementation.
+#include "math/matrix4.h"
+namespace sciray {
+bool invert(const matrix4&, matrix4&) { return false; }
+}

@@ -1,0 +1,22 @@
+// rand_stream.h - the renderer's one stream of random numbers: the C
+// library's unseeded rand() sequence (glibc's additive feedback generator),
+// reproduced here so that the stream is an object a render owns.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace sciray {
+
+class rand_stream {
+ public:
+  rand_stream();
+  // The next value in 0 .. 2147483647, exactly as rand() would return it.
+  int next();
+
+ private:
+  std::array<std::uint32_t, 34> ring_{};
+  unsigned position_ = 0;  // index of the next value to produce, modulo 34
+};
+
+}  // namespace sciray

@@ -1,0 +1,50 @@
+// ray_state.h - the record each traced ray carries: what kind of ray it is,
+// where it goes, how much it still counts, the medium it travels in, its hit
+// and the light sums gathered there.
+#pragma once
+
+#include "geometry/hit_record.h"
+#include "math/ray.h"
+#include "math/vector.h"
+
+namespace sciray {
+
+class world;
+class material;
+struct render_context;
+
+enum ray_kind : int { primary_ray = 0, reflected_ray = 1, refracted_ray = 2, transmission_ray = 3 };
+
+struct ray_state {
+  int kind = primary_ray;
+  const ray_state* parent = nullptr;
+  const world* scene = nullptr;
+  render_context* context = nullptr;
+
+  ray r;
+  double max_distance = 1e20;
+  colour weight{1.0, 1.0, 1.0};
+  const material* medium = nullptr;  // the medium the ray travels in, or none
+
+  hit_record hit;
+
+  // Transmission rays: the light sample they head for; a directional light's
+  // rays have no end point and keep their direction instead.
+  position target;
+  bool target_at_infinity = false;
+
+  colour diffuse_sum, specular_sum, ambient_sum;
+
+  position hit_point() const { return r.origin + hit.distance * r.dir; }
+};
+
+// A primary ray as the camera starts it: no parent, weight (1, 1, 1), no medium.
+inline ray_state primary_state(const world& w, render_context& context, const ray& r) {
+  ray_state s;
+  s.scene = &w;
+  s.context = &context;
+  s.r = r;
+  return s;
+}
+
+}  // namespace sciray

@@ -1,0 +1,73 @@
+// world.h - the scene root: it owns the primitives, lights, materials, sky
+// and atmosphere, and answers what colour a ray brings back (trace) and how
+// much light reaches the end of a shadow ray (transmit).
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "environment/sky.h"
+#include "geometry/primitive.h"
+#include "math/bounding_hierarchy.h"
+#include "shading/contour_material.h"
+#include "shading/light.h"
+#include "shading/material.h"
+#include "shading/ray_state.h"
+
+namespace sciray {
+
+// The colour map: materials indexed from 0.
+struct material_table {
+  explicit material_table(int size) : entries(static_cast<std::size_t>(size)) {}
+  int size() const { return static_cast<int>(entries.size()); }
+  std::vector<material> entries;
+};
+
+class world {
+ public:
+  world();
+  ~world();
+  world(const world&) = delete;
+  world& operator=(const world&) = delete;
+
+  // Bounded primitives go under the hierarchy, the others to the unbounded list.
+  void add(std::unique_ptr<primitive> p);
+  void add_light(std::unique_ptr<light> l);
+  // Tables and blends stay alive as long as the primitives that refer to them.
+  material_table& new_material_table(int size);
+  contour_material& new_contour_material(bool continuous);
+  // A roughness object detached from its material lives on here.
+  void retire(std::shared_ptr<roughness> r);
+
+  std::size_t object_count() const { return hierarchy_.size() + unbounded_.size(); }
+  void build_hierarchy(int leaf_size) { hierarchy_.build(leaf_size); }
+  const bounding_hierarchy& hierarchy() const { return hierarchy_; }
+  const std::vector<std::unique_ptr<light>>& lights() const { return lights_; }
+
+  colour trace(ray_state& state) const;
+  colour transmit(ray_state& state) const;
+  void gather_light(ray_state& state, const shading_point& p) const;
+
+  // Tracing settings (the program run copies them from the render block).
+  colour ambient{0.0, 0.0, 0.0};
+  int depth_max = 1;
+  bool shadows = false;
+  bool highlights = false;
+  colour cutoff{0.01, 0.01, 0.01};
+  material atmosphere;                 // the medium of open space
+  std::unique_ptr<colour_source> sky;  // none: rays that escape are black
+
+ private:
+  // Finds the nearest hit closer than the state's max_distance; counts one ray.
+  bool find_hit(ray_state& state) const;
+
+  bounding_hierarchy hierarchy_;
+  std::vector<std::unique_ptr<primitive>> primitives_;
+  std::vector<const primitive*> unbounded_;
+  std::vector<std::unique_ptr<light>> lights_;
+  std::vector<std::unique_ptr<material_table>> tables_;
+  std::vector<std::unique_ptr<contour_material>> contours_;
+  std::vector<std::shared_ptr<roughness>> retired_;
+};
+
+}  // namespace sciray
