@@ -1,5 +1,93 @@
-// PLACEHOLDER: replaced by the real implementation.
+// program.cpp - one run: arguments, scene, preparation, band, rows, file.
 #include "driver/program.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+#include "driver/band.h"
+#include "driver/camera.h"
+#include "driver/row_loops.h"
+#include "environment/sky.h"
+#include "image/image.h"
+#include "scene_file/scene_reader.h"
+#include "scene_file/scene_settings.h"
+#include "shading/render_context.h"
+#include "shading/world.h"
+
 namespace sciray {
-int run_program(int, char**) { return 0; }
+
+namespace {
+
+// Leaf size of the bounding hierarchy.
+constexpr int leaf_size = 8;
+
+std::FILE* open_scene(const char* program, const char* name) {
+  std::error_code error;
+  std::FILE* file = std::filesystem::is_directory(name, error) ? nullptr : std::fopen(name, "r");
+  if (!file) {
+    std::fprintf(stderr, "%s: can't open input file %s\n", program, name);
+    std::exit(1);
+  }
+  return file;
 }
+
+sky_settings sky_from(const render_settings& r) {
+  return {r.zenith,           r.horizon,          r.ground,      r.cloud_inner,     r.cloud_outer,
+          r.cloud_inner_frac, r.cloud_outer_frac, r.cloud_scale, r.cloud_sharpness, r.cloud_offset,
+          r.cloud_depth};
+}
+
+// Copies the tracing options into the world and sets up the sky and the atmosphere.
+void prepare_world(world& w, const render_settings& r, const camera_basis& basis, render_context& context) {
+  w.depth_max = r.depth;
+  w.shadows = r.shadows;
+  w.highlights = r.highlights;
+  w.sky = make_sky(sky_from(r), basis.up_accepted, context.noise, context.random);
+  w.atmosphere.index_by_channel = {r.atmosphere_ior, r.atmosphere_ior, r.atmosphere_ior};
+  w.atmosphere.set_atmosphere(r.atmosphere, r.atmosphere_len);
+}
+
+}  // namespace
+
+int run_program(int argc, char** argv) {
+  const char* program = argv[0];
+  if (argc <= 2) {
+    std::fprintf(stderr, "usage: %s input_data.ren output_image.rgb\n", program);
+    return 1;
+  }
+  std::FILE* scene_file = open_scene(program, argv[1]);
+  const band_choice band = parse_band_arguments(argc, argv);
+
+  render_context context;
+  world scene;
+  scene_settings settings;
+  read_scene_file(scene_file, scene, settings, context);
+  std::fclose(scene_file);
+
+  const std::size_t objects = scene.object_count();
+  std::printf("Number of objects : %zu\n\n", objects);
+
+  context.ray_count = 0;
+  context.test_count = 0;
+  scene.build_hierarchy(leaf_size);
+  const render_settings& r = settings.render;
+  const camera_basis basis = make_camera_basis(settings.view, program);
+  const std::unique_ptr<camera> cam = make_camera(basis, settings.view.perspective);
+  prepare_world(scene, r, basis, context);
+
+  const band_rows rows = split_band(r.height, band);
+  if (rows.empty()) return 0;
+  const screen_window window = make_screen_window(settings.view.view_width, settings.view.view_height, r.width, r.height);
+
+  image_file* image = iopen(argv[2], "w", 257, 3, static_cast<unsigned>(r.width),
+                            static_cast<unsigned>(rows.end - rows.start), 3);
+  const pixel_source source{*cam, scene, context};
+  progress_reporter progress(objects);
+  row_writer writer(image, r.width, r.height, rows.start);
+  render_rows({source, window, rows, progress, writer}, r);
+  iclose(image);
+  return 0;
+}
+
+}  // namespace sciray

@@ -8,9 +8,30 @@
 namespace sciray {
 namespace {
 
-TEST(vector_types, normalise_zero_and_axis) {
+TEST(vector_types, normalise_length_and_products) {
   EXPECT_EQ(normalise(vector(0, 0, 0)), vector(1, 0, 0));
   EXPECT_EQ(normalise(vector(0, 0, -2)), vector(0, 0, -1));
+  EXPECT_EQ(length(vector(2, 3, 6)), 7.0);
+  EXPECT_EQ(dot(vector(1, 2, 3), vector(4, -5, 6)), 12.0);
+  EXPECT_EQ(cross(vector(1, 0, 0), vector(0, 1, 0)), vector(0, 0, 1));
+  EXPECT_EQ(cross(vector(0, 0, -1), vector(0, 1, 0)), vector(1, 0, 0));
+  // Parallel vectors have a zero cross product: how an unusable up vector shows.
+  EXPECT_EQ(length(cross(vector(0, 0, 2), vector(0, 0, -5))), 0.0);
+  EXPECT_EQ(mean(vector(1, 2, 3), vector(3, 4, 5)), vector(2, 3, 4));
+  EXPECT_EQ(vector(1, 2, 3) * vector(2, 0.5, -1), vector(2, 1, -3));
+}
+
+TEST(vector_types, length_sums_z_first) {
+  // 1 + 1e-16 + 1e-16 rounds to 1 when summed x first, but not z first.
+  const vector v(1.0, 1e-8, 1e-8);
+  EXPECT_EQ(length(v), std::sqrt(1e-16 + 1e-16 + 1.0));
+  EXPECT_NE(length(v), std::sqrt(1.0 + 1e-16 + 1e-16));
+}
+
+TEST(vector_types, printed_forms_name_the_type) {
+  std::ostringstream out;
+  out << vector(1, 2, 3) << ' ' << position(1, 2, 3) << ' ' << direction(0, 0, 1) << ' ' << vector4{1, 2, 3, 4};
+  EXPECT_EQ(out.str(), "vector(1, 2, 3) position(1, 2, 3) direction(0, 0, 1) vector4(1, 2, 3, 4)");
 }
 
 }  // namespace

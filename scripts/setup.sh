@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Installs what sciray needs to build, test and convert pictures on a Debian
+# machine. Packages already present are left alone.
+set -euo pipefail
+packages=(cmake g++ make libgtest-dev libbenchmark-dev libpng-dev python3 python3-pil)
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+done
+if [ ${#missing[@]} -gt 0 ]; then
+  sudo=""
+  [ "$(id -u)" -eq 0 ] || sudo="sudo"
+  $sudo apt-get update -q
+  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -q "${missing[@]}"
+fi

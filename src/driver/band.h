@@ -1,0 +1,25 @@
+// band.h - which horizontal band of the picture this run renders.
+#pragma once
+
+namespace sciray {
+
+struct band_choice {
+  int index = 1;
+  int count = 1;
+};
+
+// Reads "-band i/n" from the command line. Anything malformed or out of
+// range silently means the whole picture (band 1 of 1).
+band_choice parse_band_arguments(int argc, const char* const* argv);
+
+struct band_rows {
+  int start = 0;  // first picture row, inclusive (row 0 is the bottom)
+  int end = 0;    // last row, exclusive
+  bool empty() const { return start == end; }
+};
+
+// Splits `height` rows into `b.count` bands whose sizes differ by at most
+// one row, spreading the larger ones evenly (a Bresenham-style walk).
+band_rows split_band(int height, band_choice b);
+
+}  // namespace sciray

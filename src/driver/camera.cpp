@@ -1,0 +1,85 @@
+// camera.cpp - the viewing frame and the two projections.
+#include "driver/camera.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <sstream>
+
+#include "shading/ray_state.h"
+#include "shading/world.h"
+
+namespace sciray {
+
+namespace {
+
+[[noreturn]] void fail(const char* program, const char* message) {
+  std::fprintf(stderr, "%s%s\n", program, message);
+  std::exit(1);
+}
+
+constexpr double degrees_to_radians = 0.017453292519943295;
+
+// Rotates `u` about the unit axis `a` by `theta` (right-hand rule).
+vector rotate(const vector& u, const direction& a, double theta) {
+  const double c = std::cos(theta), s = std::sin(theta);
+  return u * c + cross(a, u) * s + a * dot(a, u) * (1.0 - c);
+}
+
+colour trace_from(const position& origin, const direction& dir, ray_state& state) {
+  state.r = ray(origin, dir);
+  state.max_distance = 1e20;
+  return state.scene->trace(state);
+}
+
+std::string describe_basis(const char* kind, const camera_basis& b) {
+  std::ostringstream out;
+  out << kind << " camera at " << b.eye << " looking along " << b.view_dir << ", right " << b.right_dir << ", up "
+      << b.true_up;
+  return out.str();
+}
+
+}  // namespace
+
+camera_basis make_camera_basis(const view_settings& view, const char* program) {
+  camera_basis b;
+  b.eye = view.viewpoint;
+  const vector v = view.lookat - view.viewpoint;
+  b.screen_dist = length(v);
+  if (b.screen_dist == 0.0) fail(program, ": lookat and viewpoint are the same");
+  b.view_dir = normalise(v);
+
+  b.up_accepted = view.up_vector_1;
+  if (length(cross(b.view_dir, b.up_accepted)) == 0.0) {
+    b.up_accepted = view.up_vector_2;
+    if (length(cross(b.view_dir, b.up_accepted)) == 0.0) fail(program, ": up_vector_1 and up_vector_2 are ambiguous");
+  }
+  vector up = b.up_accepted;
+  if (view.roll_angle != 0.0) up = normalise(rotate(up, b.view_dir, -view.roll_angle * degrees_to_radians));
+
+  b.right_dir = normalise(cross(b.view_dir, up));
+  b.true_up = normalise(cross(b.right_dir, b.view_dir));
+  return b;
+}
+
+std::string orthographic_camera::describe() const { return describe_basis("orthographic", basis_); }
+
+colour orthographic_camera::sample(double sx, double sy, ray_state& state) const {
+  const position origin = basis_.eye + sx * basis_.right_dir + sy * basis_.true_up;
+  return trace_from(origin, basis_.view_dir, state);
+}
+
+std::string perspective_camera::describe() const { return describe_basis("perspective", basis_); }
+
+colour perspective_camera::sample(double sx, double sy, ray_state& state) const {
+  const position screen_point =
+      basis_.eye + basis_.screen_dist * basis_.view_dir + sx * basis_.right_dir + sy * basis_.true_up;
+  return trace_from(basis_.eye, normalise(screen_point - basis_.eye), state);
+}
+
+std::unique_ptr<camera> make_camera(const camera_basis& basis, bool perspective) {
+  if (perspective) return std::make_unique<perspective_camera>(basis);
+  return std::make_unique<orthographic_camera>(basis);
+}
+
+}  // namespace sciray

@@ -1,0 +1,28 @@
+// progress.h - the progress line printed before every row: rays cast since
+// the last line and in all, and the share of all possible ray-object tests
+// the bounding hierarchy let through.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace sciray {
+
+struct render_context;
+
+class progress_reporter {
+ public:
+  explicit progress_reporter(std::size_t objects) : objects_(static_cast<double>(objects)) {}
+
+  // The line for `row` (with its line end), advancing the remembered counts.
+  std::string next_line(int row, const render_context& context);
+  // Prints next_line on standard output and flushes it.
+  void report(int row, const render_context& context);
+
+ private:
+  double objects_;
+  std::uint32_t rays_before_ = 0, tests_before_ = 0;
+};
+
+}  // namespace sciray

@@ -1,0 +1,106 @@
+// adaptive_sampler_test.cpp - adaptive anti-aliasing: results on uniform
+// scenes, the number of rays traced, and the clamps of its settings.
+#include "driver/adaptive_sampler.h"
+
+#include <gtest/gtest.h>
+
+#include "environment/sky.h"
+#include "shading/render_context.h"
+#include "shading/world.h"
+
+namespace sciray {
+namespace {
+
+struct sampler_scene {
+  explicit sampler_scene(colour sky_colour) {
+    w.sky = std::make_unique<sky_gradient>(direction(0, 1, 0), sky_colour, sky_colour, sky_colour);
+  }
+  // Renders a columns x rows band from row 0 and returns the pixel colours.
+  std::vector<colour> render(int columns, int rows, double tolerance, int depth) {
+    window = make_screen_window(2.8, 2.8, columns, rows);
+    adaptive_sampler sampler(source, window, 0, tolerance, depth);
+    step = sampler.grid_step();
+    std::vector<colour> pixels;
+    for (int y = 0; y < rows; ++y) {
+      sampler.begin_row(y);
+      for (int x = 0; x < columns; ++x) pixels.push_back(sampler.pixel(x));
+      sampler.end_row();
+    }
+    return pixels;
+  }
+
+  world w;
+  render_context context;
+  std::unique_ptr<camera> cam = make_camera(make_camera_basis(view_settings{}, "sciray"), true);
+  pixel_source source{*cam, w, context};
+  screen_window window;
+  int step = 0;
+};
+
+TEST(adaptive_sampler, uniform_scene_gives_its_colour_and_shares_every_corner) {
+  const colour c(0.25, 0.5, 0.75);
+  sampler_scene scene(c);
+  const int columns = 5, rows = 3;
+  for (const colour& p : scene.render(columns, rows, 0.05, 3)) EXPECT_EQ(p, c);
+  // The band's lower edge, then per row one upper left corner and, per
+  // pixel, one new corner and one centre: nothing is traced twice.
+  EXPECT_EQ(scene.context.ray_count, static_cast<std::uint32_t>((columns + 1) + rows * (1 + 2 * columns)));
+}
+
+// With tolerance 0 every square is cut down to the full depth, so every
+// point of the finest grid is traced exactly once.
+std::uint32_t full_subdivision_rays(int columns, int rows, int n) {
+  const int first_edge = columns + 1 + (n - 1) * columns;  // pixel corners, then the midpoints of the lower edge
+  return static_cast<std::uint32_t>(first_edge + rows * n * (n * columns + 1));
+}
+
+TEST(adaptive_sampler, zero_tolerance_subdivides_to_full_depth) {
+  for (int depth = 1; depth <= 4; ++depth) {
+    sampler_scene scene(colour(0.1, 0.2, 0.3));
+    const auto pixels = scene.render(3, 2, 0.0, depth);
+    EXPECT_EQ(scene.step, 2 << (depth - 1));
+    EXPECT_EQ(scene.context.ray_count, full_subdivision_rays(3, 2, scene.step)) << "depth " << depth;
+    for (const colour& p : pixels) {
+      EXPECT_NEAR(p.x, 0.1, 1e-15);
+      EXPECT_NEAR(p.z, 0.3, 1e-15);
+    }
+  }
+}
+
+TEST(adaptive_sampler, depth_and_tolerance_are_clamped) {
+  sampler_scene low(colour(1, 1, 1));
+  low.render(2, 2, -5.0, 0);  // depth 0 acts as 1, a negative tolerance as 0
+  EXPECT_EQ(low.step, 2);
+  EXPECT_EQ(low.context.ray_count, full_subdivision_rays(2, 2, 2));
+
+  sampler_scene high(colour(1, 1, 1));
+  high.render(2, 1, 0.0, 9);  // depth 9 acts as 4
+  EXPECT_EQ(high.step, 16);
+  EXPECT_EQ(high.context.ray_count, full_subdivision_rays(2, 1, 16));
+
+  sampler_scene lenient(colour(0.9, 0.9, 0.9));
+  lenient.render(2, 2, 7.0, 4);  // a tolerance above 1 acts as 1: colours in 0..1 always pass
+  EXPECT_EQ(lenient.context.ray_count, static_cast<std::uint32_t>(3 + 2 * 5));
+}
+
+TEST(adaptive_sampler, colours_above_one_can_fail_the_largest_tolerance) {
+  // A bright sky above a dark ground: pixels straddling the horizon differ by more than 1.
+  world w;
+  w.sky = std::make_unique<sky_gradient>(direction(0, 1, 0), colour(3, 3, 3), colour(3, 3, 3), colour(0, 0, 0));
+  render_context context;
+  const auto cam = make_camera(make_camera_basis(view_settings{}, "sciray"), true);
+  const pixel_source source{*cam, w, context};
+  const screen_window window = make_screen_window(2.8, 2.8, 1, 2);
+  adaptive_sampler sampler(source, window, 0, 1.0, 2);
+  sampler.begin_row(0);
+  const colour lower = sampler.pixel(0);
+  // The lower pixel's upper edge lies on the horizon (sky), its lower corners
+  // below it: its estimate fails the test and it is subdivided into quarters
+  // whose mean differs from the weighted estimate 0.5 m + 0.125 (sum of corners).
+  EXPECT_GT(context.ray_count, 2u + 3u);
+  EXPECT_GT(lower.x, 0.0);
+  EXPECT_LT(lower.x, 3.0);
+}
+
+}  // namespace
+}  // namespace sciray

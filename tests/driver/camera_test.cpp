@@ -1,0 +1,89 @@
+// camera_test.cpp - the viewing frame, the roll, the two projections and the
+// camera's fatal checks.
+#include "driver/camera.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "math/ray.h"
+#include "shading/render_context.h"
+#include "shading/world.h"
+
+namespace sciray {
+namespace {
+
+void expect_near(const vector& a, const vector& b, double tolerance = 1e-12) {
+  EXPECT_NEAR(a.x, b.x, tolerance);
+  EXPECT_NEAR(a.y, b.y, tolerance);
+  EXPECT_NEAR(a.z, b.z, tolerance);
+}
+
+TEST(camera_basis, default_view_looks_down_z_with_y_up) {
+  const camera_basis b = make_camera_basis(view_settings{}, "sciray");
+  EXPECT_EQ(b.view_dir, vector(0, 0, -1));
+  EXPECT_EQ(b.right_dir, vector(1, 0, 0));
+  EXPECT_EQ(b.true_up, vector(0, 1, 0));
+  EXPECT_EQ(b.screen_dist, 5.6);
+}
+
+TEST(camera_basis, second_up_vector_replaces_a_parallel_first) {
+  view_settings v;
+  v.up_vector_1 = direction(0, 0, 1);  // parallel to the line of sight
+  v.up_vector_2 = direction(1, 0, 0);
+  const camera_basis b = make_camera_basis(v, "sciray");
+  EXPECT_EQ(b.up_accepted, vector(1, 0, 0));
+  EXPECT_EQ(b.true_up, vector(1, 0, 0));
+}
+
+TEST(camera_basis, roll_turns_the_picture_about_the_line_of_sight) {
+  view_settings v;
+  v.roll_angle = 90;  // the up vector turns by -90 degrees about (0, 0, -1)
+  const camera_basis b = make_camera_basis(v, "sciray");
+  expect_near(b.true_up, vector(-1, 0, 0));
+  expect_near(b.right_dir, vector(0, 1, 0));
+  EXPECT_EQ(b.up_accepted, vector(0, 1, 0));  // the sky keeps the unrolled up
+}
+
+TEST(camera_basis, fatal_checks_name_the_program) {
+  view_settings same;
+  same.lookat = same.viewpoint;
+  EXPECT_EXIT(make_camera_basis(same, "prog"), ::testing::ExitedWithCode(1),
+              "^prog: lookat and viewpoint are the same\n$");
+  view_settings ambiguous;
+  ambiguous.up_vector_1 = direction(0, 0, 1);
+  ambiguous.up_vector_2 = direction(0, 0, -1);
+  EXPECT_EXIT(make_camera_basis(ambiguous, "prog"), ::testing::ExitedWithCode(1),
+              "^prog: up_vector_1 and up_vector_2 are ambiguous\n$");
+}
+
+// A world whose sky shows the direction of the ray as its colour, so the
+// traced ray can be read back from the returned colour.
+class direction_sky : public colour_source {
+ public:
+  colour colour_of(const direction& d) const override { return d; }
+};
+
+TEST(camera_sample, perspective_and_orthographic_rays) {
+  world w;
+  w.sky = std::make_unique<direction_sky>();
+  render_context context;
+  const camera_basis b = make_camera_basis(view_settings{}, "sciray");
+
+  ray_state state = primary_state(w, context, ray());
+  const colour centre = make_camera(b, true)->sample(0, 0, state);
+  EXPECT_EQ(centre, vector(0, 0, -1));  // the window centre is seen along view_dir exactly
+  EXPECT_EQ(state.r.origin, vector(0, 0, 5.6));
+  EXPECT_EQ(state.r.inv_dir, vector(1, 1, -1));  // zero components give 1, not infinity
+
+  state = primary_state(w, context, ray());
+  expect_near(make_camera(b, true)->sample(5.6, 0, state), normalise(vector(1, 0, -1)));
+
+  state = primary_state(w, context, ray());
+  EXPECT_EQ(make_camera(b, false)->sample(0.5, -0.25, state), vector(0, 0, -1));
+  EXPECT_EQ(state.r.origin, vector(0.5, -0.25, 5.6));
+  EXPECT_EQ(state.max_distance, 1e20);
+}
+
+}  // namespace
+}  // namespace sciray
