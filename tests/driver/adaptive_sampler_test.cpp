@@ -47,11 +47,14 @@ TEST(adaptive_sampler, uniform_scene_gives_its_colour_and_shares_every_corner) {
   EXPECT_EQ(scene.context.ray_count, static_cast<std::uint32_t>((columns + 1) + rows * (1 + 2 * columns)));
 }
 
-// With tolerance 0 every square is cut down to the full depth, so every
-// point of the finest grid is traced exactly once.
+// With tolerance 0 every square is cut down to the full depth. The finest
+// squares are m = n / 2 to a pixel edge; all their corners and centres are
+// traced exactly once, and nothing else is.
 std::uint32_t full_subdivision_rays(int columns, int rows, int n) {
-  const int first_edge = columns + 1 + (n - 1) * columns;  // pixel corners, then the midpoints of the lower edge
-  return static_cast<std::uint32_t>(first_edge + rows * n * (n * columns + 1));
+  const int m = n / 2;
+  const int lower_edge = columns + 1 + (m - 1) * columns;  // pixel corners first, the rest while subdividing
+  const int per_row = m * (m * columns + 1) + m * (m * columns);  // upper corners and centres of m rows of squares
+  return static_cast<std::uint32_t>(lower_edge + rows * per_row);
 }
 
 TEST(adaptive_sampler, zero_tolerance_subdivides_to_full_depth) {
