@@ -43,7 +43,14 @@ class point_light : public light {
   void set_attenuation(const vector& factors, double radius) { attenuation_ = factors; radius_ = radius; }
   void illuminate(ray_state& state, const shading_point& p) const override;
 
+  const position& location() const { return position_; }
+  const vector& attenuation() const { return attenuation_; }
+  double radius() const { return radius_; }
+
  protected:
+  // Fills the context's sample buffer with the 19 jittered disc points seen from `p`.
+  void place_samples(ray_state& state, const shading_point& p) const;
+
   position position_;
   vector attenuation_{1.0, 0.0, 0.0};  // constant, linear, quadratic
   double radius_ = 0.0;                // above 0: an area light of 19 jittered samples
@@ -56,6 +63,10 @@ class spot_light : public point_light {
              double outer, double inner);
   void illuminate(ray_state& state, const shading_point& p) const override;
 
+  const direction& aim() const { return aim_; }
+  double outer_angle() const { return outer_angle_; }
+  double inner_angle() const { return inner_angle_; }
+
  private:
   direction aim_;
   double outer_angle_, inner_angle_;
@@ -66,6 +77,8 @@ class directional_light : public light {
   // `travel` is the direction the light travels in.
   directional_light(const direction& travel, const colour& c, const colour& ambient);
   void illuminate(ray_state& state, const shading_point& p) const override;
+
+  const direction& travel() const { return direction_; }
 
  private:
   direction direction_;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <sstream>
 
 namespace sciray {
@@ -22,10 +23,20 @@ TEST(vector_types, normalise_length_and_products) {
 }
 
 TEST(vector_types, length_sums_z_first) {
-  // 1 + 1e-16 + 1e-16 rounds to 1 when summed x first, but not z first.
-  const vector v(1.0, 1e-8, 1e-8);
-  EXPECT_EQ(length(v), std::sqrt(1e-16 + 1e-16 + 1.0));
-  EXPECT_NE(length(v), std::sqrt(1.0 + 1e-16 + 1e-16));
+  // Over many vectors the two summation orders round differently somewhere;
+  // length must always agree with the z-first order.
+  std::uint64_t state = 12345;
+  auto next = [&] {
+    state = state * 6364136223846793005u + 1442695040888963407u;
+    return static_cast<double>(state >> 11) / 9007199254740992.0 * 2.0 - 1.0;
+  };
+  int orders_differ = 0;
+  for (int i = 0; i < 10000; ++i) {
+    const vector v(next(), next() * 1e-3, next() * 1e3);
+    EXPECT_EQ(length(v), std::sqrt(v.z * v.z + v.y * v.y + v.x * v.x));
+    orders_differ += std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z) != length(v);
+  }
+  EXPECT_GT(orders_differ, 0);
 }
 
 TEST(vector_types, printed_forms_name_the_type) {

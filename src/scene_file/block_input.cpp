@@ -1,0 +1,69 @@
+// block_input.cpp - value conversions with sscanf, exactly as the C library
+// does them (a token that begins with a number reads that number and the
+// rest is ignored), and the fatal messages of the block readers.
+#include "scene_file/block_input.h"
+
+#include <cstdlib>
+
+#include "shading/world.h"
+
+namespace sciray {
+
+int reader_state::colormap_size() const { return colormap == nullptr ? 0 : colormap->size(); }
+
+void fatal(const std::string& line) {
+  std::fprintf(stderr, "%s\n", line.c_str());
+  std::exit(1);
+}
+
+void block_input::fail(std::string_view text) const {
+  fatal(std::string("Error (") + block_ + "): " + std::string(text));
+}
+
+void block_input::unknown(std::string_view token, std::string_view where) const {
+  fail("Unknown keyword '" + std::string(token) + "' within " + std::string(where));
+}
+
+bool block_input::next_keyword(std::string_view& key) {
+  key = tokens_.next();
+  return !key.empty() && key != "}";
+}
+
+void block_input::expect_open(std::string_view what) {
+  if (std::string_view(tokens_.next()) != "{") fail("Missing '{' for " + std::string(what));
+}
+
+template <typename T>
+T block_input::convert(const char* format, std::string_view what) {
+  T value{};
+  if (std::sscanf(tokens_.next(), format, &value) != 1) fail("Unable to read " + std::string(what));
+  return value;
+}
+
+int block_input::read_int(std::string_view what) { return convert<int>("%d", what); }
+double block_input::read_real(std::string_view what) { return convert<double>("%le", what); }
+float block_input::read_single(std::string_view what) { return convert<float>("%e", what); }
+
+vector block_input::read_triple(std::string_view what) {
+  vector v;
+  v.x = read_real(what);
+  v.y = read_real(what);
+  v.z = read_real(what);
+  return v;
+}
+
+bool block_input::read_truth(std::string_view what) {
+  return read_word({"false", "true"}, what) == 1;
+}
+
+int block_input::read_word(std::initializer_list<std::string_view> words, std::string_view what) {
+  const std::string_view token = tokens_.next();
+  int code = 0;
+  for (std::string_view word : words) {
+    if (token == word) return code;
+    ++code;
+  }
+  fail("Unable to read " + std::string(what));
+}
+
+}  // namespace sciray

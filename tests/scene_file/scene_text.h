@@ -1,0 +1,62 @@
+// scene_text.h - reads scene text in-process (through fmemopen) into a fresh
+// world and settings, and checks the reader's one-line fatal messages.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "scene_file/scene_reader.h"
+#include "shading/render_context.h"
+#include "shading/world.h"
+
+namespace sciray::testing {
+
+// A scene read from `text`, which may hold any bytes, NUL included.
+struct scene_from_text {
+  explicit scene_from_text(std::string text) {
+    std::FILE* file = fmemopen(text.data(), text.size(), "r");
+    read_scene_file(file, scene, settings, context);
+    std::fclose(file);
+  }
+  // The bounded primitives in build order (one leaf keeps the list order).
+  std::vector<const primitive*> primitives() {
+    scene.build_hierarchy(1 << 30);
+    return scene.hierarchy().objects();
+  }
+
+  world scene;
+  scene_settings settings;
+  render_context context;
+};
+
+struct message_case {
+  std::string text;
+  std::string message;
+};
+
+// Each text must stop the run with status 1 and exactly its message as the
+// whole of standard error.
+inline void expect_messages(const std::vector<message_case>& cases) {
+  for (const message_case& c : cases) {
+    std::string pattern = "^";
+    for (char ch : c.message) {
+      if (std::string("\\^$.|?*+()[]{}").find(ch) != std::string::npos) pattern += '\\';
+      pattern += ch;
+    }
+    SCOPED_TRACE(c.text);
+    EXPECT_EXIT(scene_from_text{c.text}, ::testing::ExitedWithCode(1), pattern + "\n$");
+  }
+}
+
+// A colour map of `size` entries, entry i with diffuse (i, 0, 0) so that
+// tests can tell them apart.
+inline std::string numbered_colormap(int size) {
+  std::string text = "colormap_002 " + std::to_string(size) + " {\n";
+  for (int i = 0; i < size; ++i) text += " index " + std::to_string(i) + " { diffuse " + std::to_string(i) + " 0 0 }\n";
+  return text + "}\n";
+}
+
+}  // namespace sciray::testing
