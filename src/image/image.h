@@ -19,4 +19,11 @@ int getrow(image_file* image, std::uint16_t* samples, unsigned y, unsigned z);
 // Writes the header and tables (when writing), frees the image; 0 or -1.
 int iclose(image_file* image);
 
+// Errors are one formatted line. With no handler installed (the renderer's
+// case) the line goes to standard error and the process exits with status 1;
+// with one, the handler gets the line (without its line end) and the failing
+// operation returns none or -1.
+using image_error_handler = void (*)(const char* message);
+void set_image_error_handler(image_error_handler handler);
+
 }  // namespace sciray
