@@ -1,18 +1,162 @@
-// PLACEHOLDER: replaced by the real implementation.
+// noise.cpp - the random lattice (value tables and a permutation filled from
+// the render's random stream), trilinear lattice noise, and the octave sum.
 #include "environment/noise.h"
+
+#include <climits>
+#include <cmath>
+#include <cstdint>
+
 namespace sciray {
-noise_lattice::noise_lattice(int n, rand_stream&) : n_(n) {}
-double noise_lattice::corner_value(int, int, int) const { return 0; }
-vector noise_lattice::corner_vector(int, int, int) const { return {}; }
-double noise_lattice::noise1(double) const { return 0; }
-double noise_lattice::noise3(const position&) const { return 0; }
-vector noise_lattice::vnoise3(const position&) const { return {}; }
-void noise_lattice::reduce(double, int& c, double& f) const { c = 0; f = 0; }
-std::shared_ptr<const noise_lattice> noise_registry::acquire(rand_stream& r) {
-  auto l = lattice.lock(); if (!l) { l = std::make_shared<noise_lattice>(noise_lattice_size, r); lattice = l; } return l; }
-fractal_noise::fractal_noise(double s, double a, double o, noise_registry& reg, rand_stream& r)
-    : scale(s), amplitude(a), offset(o), lattice_(reg.acquire(r)) {}
-void fractal_noise::update_normaliser() {}
-double fractal_noise::value(const position&) const { return offset; }
-vector fractal_noise::vector_value(const position&) const { return {}; }
+
+namespace {
+
+constexpr double rand_max = 2147483647.0;
+
+// floor(x) as a 32-bit integer the way the x86-64 conversion gives it: a
+// value out of range, or not a number, becomes the smallest integer.
+int floor_to_int(double x) {
+  const double f = std::floor(x);
+  if (!(f >= -2147483648.0 && f < 2147483648.0)) return INT_MIN;
+  return static_cast<int>(f);
 }
+
+// a + (1 - a / n) * n in wrapping 32-bit arithmetic: lifts a negative cell
+// index into 0 .. n while staying defined for the smallest integer.
+int lift_negative(int a, int n) {
+  const std::uint32_t steps = static_cast<std::uint32_t>(1 - a / n);
+  return static_cast<int>(static_cast<std::uint32_t>(a) + steps * static_cast<std::uint32_t>(n));
+}
+
+// The weights of the lower and upper corner along one axis.
+struct axis_weights {
+  int cell;
+  double w[2];
+};
+
+axis_weights weigh_axis(const noise_lattice& lattice, double x) {
+  axis_weights a;
+  double f;
+  lattice.reduce(x, a.cell, f);
+  a.w[0] = 1 - f;
+  a.w[1] = f;
+  return a;
+}
+
+// Trilinear sum over the eight corners of the cell holding p, x outermost,
+// then y, then z, lower corner first on each axis.
+template <typename T, typename Corner>
+T trilinear(const noise_lattice& lattice, const position& p, Corner corner) {
+  const axis_weights ax = weigh_axis(lattice, p.x);
+  const axis_weights ay = weigh_axis(lattice, p.y);
+  const axis_weights az = weigh_axis(lattice, p.z);
+  T sum{};
+  for (int a = 0; a < 2; ++a)
+    for (int b = 0; b < 2; ++b)
+      for (int c = 0; c < 2; ++c) {
+        const double weight = ax.w[a] * ay.w[b] * az.w[c];
+        sum = sum + weight * corner(ax.cell + a, ay.cell + b, az.cell + c);
+      }
+  return sum;
+}
+
+}  // namespace
+
+noise_lattice::noise_lattice(int n, rand_stream& random)
+    : n_(n),
+      value0_(static_cast<std::size_t>(n) + 1),
+      value1_(static_cast<std::size_t>(n) + 1),
+      value2_(static_cast<std::size_t>(n) + 1),
+      perm_(static_cast<std::size_t>(n) + 1) {
+  for (int m = 0; m < n; ++m) {
+    value0_[m] = random.next() / rand_max;
+    value1_[m] = random.next() / rand_max;
+    value2_[m] = random.next() / rand_max;
+    perm_[m] = static_cast<int>(static_cast<double>(random.next()) * n / rand_max);
+  }
+  // The wrap entry: the upper neighbour of cell n-1 is cell n, never reduced.
+  value0_[n] = value0_[0];
+  perm_[n] = perm_[0];
+}
+
+void noise_lattice::reduce(double x, int& cell, double& fraction) const {
+  int c = floor_to_int(x);
+  fraction = x - c;
+  if (c < 0) c = lift_negative(c, n_);
+  cell = c % n_;
+}
+
+double noise_lattice::corner_value(int i, int j, int k) const {
+  return value0_[(i + perm_[j] + perm_[perm_[k]]) % n_];
+}
+
+vector noise_lattice::corner_vector(int i, int j, int k) const {
+  // Three different index mixes keep the components uncorrelated.
+  return {value0_[(i + perm_[j] + perm_[perm_[k]]) % n_], value1_[(j + perm_[perm_[i]] + perm_[k]) % n_],
+          value2_[(perm_[i] + perm_[perm_[j]] + k) % n_]};
+}
+
+double noise_lattice::noise1(double x) const {
+  int c;
+  double f;
+  reduce(x, c, f);
+  return (1 - f) * value0_[c] + f * value0_[c + 1];
+}
+
+double noise_lattice::noise3(const position& p) const {
+  return trilinear<double>(*this, p, [this](int i, int j, int k) { return corner_value(i, j, k); });
+}
+
+vector noise_lattice::vnoise3(const position& p) const {
+  return trilinear<vector>(*this, p, [this](int i, int j, int k) { return corner_vector(i, j, k); });
+}
+
+std::shared_ptr<const noise_lattice> noise_registry::acquire(rand_stream& random) {
+  std::shared_ptr<const noise_lattice> held = lattice.lock();
+  if (!held) {
+    held = std::make_shared<const noise_lattice>(noise_lattice_size, random);
+    lattice = held;
+  }
+  return held;
+}
+
+fractal_noise::fractal_noise(double scale_, double amplitude_, double offset_, noise_registry& registry,
+                             rand_stream& random)
+    : scale(scale_), amplitude(amplitude_), offset(offset_), lattice_(registry.acquire(random)) {
+  update_normaliser();
+}
+
+void fractal_noise::update_normaliser() {
+  double sum = 0.0;
+  double a = 1.0;
+  for (int i = 0; i < depth; ++i) {
+    sum = sum + a;
+    a = a * ratio;
+  }
+  normaliser = sum != 0.0 ? 1.0 / sum : 1.0;
+}
+
+double fractal_noise::value(const position& p) const {
+  position q = p / scale;
+  double a = amplitude * normaliser;
+  double s = offset;
+  for (int i = 0; i < depth; ++i) {
+    s = s + a * lattice_->noise3(q);
+    q = q / ratio;
+    a = a * ratio;
+  }
+  return s;
+}
+
+vector fractal_noise::vector_value(const position& p) const {
+  position q = p / scale;
+  double a = amplitude * normaliser;
+  vector s{offset, offset, offset};
+  for (int i = 0; i < depth; ++i) {
+    s = s + a * lattice_->vnoise3(q);
+    q = q / ratio;
+    a = a * ratio;
+  }
+  return s;
+}
+
+}  // namespace sciray

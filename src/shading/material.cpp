@@ -1,16 +1,129 @@
-// PLACEHOLDER: replaced by the real implementation.
+// material.cpp - surface shading of one colour-map entry: the light sums
+// weighted by the material's colours, emission, and the reflected and
+// refracted rays (one per channel when the indices disperse light); and the
+// filter a transparent body puts on light passing through it.
 #include "shading/material.h"
+
+#include <cmath>
+
 #include "environment/noise.h"
+#include "shading/light.h"
+#include "shading/render_context.h"
+#include "shading/world.h"
+
 namespace sciray {
+
 roughness::roughness(std::unique_ptr<fractal_noise> n) : noise(std::move(n)) {}
 roughness::~roughness() = default;
+
 material::material() = default;
 material::~material() = default;
-colour material::shade(ray_state&) const { return {}; }
-colour material::transmittance(ray_state&) const { return {}; }
+
 vector material::index_triple() const { return index_by_channel; }
+
 double material::shininess_at(const ray_state&) const { return shininess; }
-void material::apply_medium(double, colour&) const {}
-void material::set_attenuation(const colour&, double) {}
-void material::set_atmosphere(const colour&, double) {}
+
+namespace {
+
+// What every refracted ray of one hit shares.
+struct refraction {
+  position point;
+  direction normal;              // shading normal, facing the incoming ray
+  direction tangent;             // along the surface, in the plane of incidence
+  double sin_i;
+  direction mirror;              // where total internal reflection sends the ray
+  const material* medium_after;  // the medium beyond the surface
+};
+
+// Traces the ray refracted with relative index `eta`; a ray that cannot
+// leave (total internal reflection) is reflected instead and stays in the
+// incoming ray's medium.
+colour trace_refracted(const ray_state& state, const refraction& geo, double eta, const colour& weight) {
+  const double sin_t = geo.sin_i / eta;
+  ray_state next;
+  if (std::fabs(sin_t) >= 1.0) {
+    next = spawned_state(state, reflected_ray, geo.point, geo.mirror, weight, state.medium);
+  } else {
+    const double cos_t = std::sqrt(1 - sin_t * sin_t);
+    const direction dir = direction::as_given(sin_t * geo.tangent - cos_t * geo.normal);
+    next = spawned_state(state, refracted_ray, geo.point, dir, weight, geo.medium_after);
+  }
+  return state.scene->trace(next);
 }
+
+}  // namespace
+
+colour material::shade(ray_state& state) const {
+  const world& w = *state.scene;
+  const direction& d = state.r.dir;
+  const position point = state.hit_point();
+
+  // The primitive's normal stays as written; the shading normal is local.
+  direction normal = state.hit.normal;
+  const bool inside = dot(d, normal) > 0.0;
+  if (rough) {
+    const fractal_noise& noise = *rough->noise;
+    const double half = noise.amplitude / 2;
+    normal = normalise(normal + (noise.vector_value(point) - vector(half, half, half)));
+  }
+  if (inside) normal = normalise(-normal);
+
+  // Relative indices across the surface; leaving a body means entering the atmosphere.
+  vector eta;
+  if (inside) {
+    const vector outside = w.atmosphere.index_triple();
+    for (int c = 0; c < 3; ++c) eta[c] = outside[c] / index_by_channel[c];
+  } else {
+    const vector outside = state.medium ? state.medium->index_triple() : vector(1.0, 1.0, 1.0);
+    for (int c = 0; c < 3; ++c) eta[c] = index_by_channel[c] / outside[c];
+  }
+
+  const direction mirror = direction::as_given(d - 2 * dot(d, normal) * normal);
+  w.gather_light(state, shading_point{point, normal, mirror, shininess});
+
+  colour c = diffuse * state.diffuse_sum;
+  c += specular * state.specular_sum;
+  c += ambient * state.ambient_sum;
+  c += emission;
+
+  if (!is_black(reflective)) {
+    ray_state reflected = spawned_state(state, reflected_ray, point, mirror, state.weight * reflective, state.medium);
+    c += reflective * w.trace(reflected);
+  }
+
+  if (!is_black(refractive)) {
+    const vector across = cross(d, normal);
+    const refraction geo{point, normal, normalise(cross(normal, across)), length(across), mirror,
+                         inside ? &w.atmosphere : this};
+    if (eta.x == eta.y && eta.y == eta.z) {
+      c += refractive * trace_refracted(state, geo, eta.x, state.weight * refractive);
+    } else {
+      // Dispersion: each channel follows its own path.
+      for (int channel = 0; channel < 3; ++channel) {
+        colour mask;
+        mask[channel] = 1.0;
+        c += refractive * trace_refracted(state, geo, eta[channel], state.weight * refractive * mask) * mask;
+      }
+    }
+  }
+  return c;
+}
+
+colour material::transmittance(ray_state& state) const {
+  if (is_black(refractive)) return {};  // opaque
+  const world& w = *state.scene;
+  const position from = state.hit_point();
+  // Light passes straight through, coloured by the body it crosses.
+  const material* medium = dot(state.r.dir, state.hit.normal) > 0.0 ? &w.atmosphere : this;
+  const colour weight = state.weight * refractive;
+  ray_state next;
+  if (state.target_at_infinity) {
+    next = spawned_state(state, transmission_ray, from, state.r.dir, weight, medium);
+    next.target_at_infinity = true;
+  } else {
+    next = transmission_state(state, from, state.target, weight, medium);
+  }
+  return refractive * w.transmit(next);
+}
+
+}  // namespace sciray

@@ -47,4 +47,28 @@ inline ray_state primary_state(const world& w, render_context& context, const ra
   return s;
 }
 
+// A ray spawned at the hit of `parent`: same world and context, no limit.
+inline ray_state spawned_state(const ray_state& parent, int kind, const position& origin, const direction& dir,
+                               const colour& weight, const material* medium) {
+  ray_state s;
+  s.kind = kind;
+  s.parent = &parent;
+  s.scene = parent.scene;
+  s.context = parent.context;
+  s.r = ray(origin, dir);
+  s.weight = weight;
+  s.medium = medium;
+  return s;
+}
+
+// A transmission ray from `origin` heading for `target`; it ends there.
+inline ray_state transmission_state(const ray_state& parent, const position& origin, const position& target,
+                                    const colour& weight, const material* medium) {
+  const vector to_target = target - origin;
+  ray_state s = spawned_state(parent, transmission_ray, origin, normalise(to_target), weight, medium);
+  s.max_distance = length(to_target);
+  s.target = target;
+  return s;
+}
+
 }  // namespace sciray

@@ -1,15 +1,98 @@
-// PLACEHOLDER: replaced by the real implementation.
+// world.cpp - the scene root: ownership of everything a ray can meet, the
+// nearest-hit search, trace, the shadow test transmit, and the light sums.
 #include "shading/world.h"
+
+#include "shading/render_context.h"
+
 namespace sciray {
+
 world::world() = default;
 world::~world() = default;
-void world::add(std::unique_ptr<primitive> p) { hierarchy_.add(p.get()); primitives_.push_back(std::move(p)); }
-void world::add_light(std::unique_ptr<light> l) { lights_.push_back(std::move(l)); }
-material_table& world::new_material_table(int size) { tables_.push_back(std::make_unique<material_table>(size)); return *tables_.back(); }
-contour_material& world::new_contour_material(bool c) { contours_.push_back(std::make_unique<contour_material>(c)); return *contours_.back(); }
-void world::retire(std::shared_ptr<roughness> r) { retired_.push_back(std::move(r)); }
-colour world::trace(ray_state&) const { return {}; }
-colour world::transmit(ray_state&) const { return {1, 1, 1}; }
-void world::gather_light(ray_state&, const shading_point&) const {}
-bool world::find_hit(ray_state&) const { return false; }
+
+void world::add(std::unique_ptr<primitive> p) {
+  if (p->bounds())
+    hierarchy_.add(p.get());
+  else
+    unbounded_.push_back(p.get());
+  primitives_.push_back(std::move(p));
 }
+
+void world::add_light(std::unique_ptr<light> l) { lights_.push_back(std::move(l)); }
+
+material_table& world::new_material_table(int size) {
+  tables_.push_back(std::make_unique<material_table>(size));
+  return *tables_.back();
+}
+
+contour_material& world::new_contour_material(bool continuous) {
+  contours_.push_back(std::make_unique<contour_material>(continuous));
+  return *contours_.back();
+}
+
+void world::retire(std::shared_ptr<roughness> r) { retired_.push_back(std::move(r)); }
+
+namespace {
+
+// True when no channel of `weight` reaches its cut-off: the ray is not worth casting.
+bool below_cutoff(const colour& weight, const colour& cutoff) {
+  return weight.x < cutoff.x && weight.y < cutoff.y && weight.z < cutoff.z;
+}
+
+}  // namespace
+
+bool world::find_hit(ray_state& state) const {
+  ++state.context->ray_count;
+  state.hit.distance = state.max_distance;
+  state.hit.object = nullptr;
+  hierarchy_.intersect(state.r, state.hit, *state.context);
+  for (const primitive* p : unbounded_) p->intersect(state.r, state.hit, *state.context);
+  return state.hit.object != nullptr;
+}
+
+colour world::trace(ray_state& state) const {
+  state.hit.distance = state.max_distance;
+  state.hit.object = nullptr;
+  render_context& context = *state.context;
+  if (context.depth_now >= depth_max) return {};
+  if (below_cutoff(state.weight, cutoff)) return {};
+
+  ++context.depth_now;
+  if (!state.medium && state.kind == primary_ray) state.medium = &atmosphere;
+
+  colour c;
+  if (find_hit(state)) {
+    c = state.hit.object->shade(state);
+    if (state.medium) state.medium->apply_medium(state.hit.distance, c);
+  } else if (sky) {
+    // Escaping rays take the sky as it is, without the medium.
+    c = sky->colour_of(state.r.dir);
+  }
+  --context.depth_now;
+  return c;
+}
+
+colour world::transmit(ray_state& state) const {
+  if (!shadows) return {1.0, 1.0, 1.0};
+  if (below_cutoff(state.weight, cutoff)) return {};
+  colour c{1.0, 1.0, 1.0};
+  if (!find_hit(state)) return c;
+  c *= state.hit.object->shadow_filter(state);
+  if (state.medium) state.medium->apply_medium(state.hit.distance, c);
+  return c;
+}
+
+void world::gather_light(ray_state& state, const shading_point& p) const {
+  colour diffuse, specular, ambient_total;
+  for (const auto& l : lights_) {
+    l->illuminate(state, p);
+    diffuse += state.diffuse_sum;
+    specular += state.specular_sum;
+    ambient_total += state.ambient_sum;
+  }
+  ambient_total += ambient;
+  state.diffuse_sum = diffuse;
+  state.specular_sum = highlights ? specular : colour{};
+  state.ambient_sum = ambient_total;
+}
+
+}  // namespace sciray
