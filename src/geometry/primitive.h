@@ -33,6 +33,11 @@ class primitive {
   virtual colour shadow_filter(ray_state& state) const = 0;
 
  protected:
+  // The material's shade and transmission operations for the hit in
+  // `state`; black when no material is set.
+  colour material_shade(ray_state& state) const;
+  colour material_transmittance(ray_state& state) const;
+
   const material* material_ = nullptr;  // not owned
 };
 

@@ -19,6 +19,8 @@ struct bounding_box {
 
   void widen(const bounding_box& b);
   void widen(const position& p);
+  // Widens by the cube of half-side `half` centred on `p`.
+  void widen(const position& p, double half);
   bool any_empty() const { return axis[0].empty || axis[1].empty || axis[2].empty; }
   double centre(int a) const { return (axis[a].lo + axis[a].hi) * 0.5; }
 };

@@ -29,6 +29,7 @@ class bounding_hierarchy {
   const bounding_box& root_box() const { return root_box_; }
 
   // Splits the root until no leaf holds more than `leaf_size` objects.
+  // Call once, after the last add().
   void build(int leaf_size);
 
   // Tests every primitive of every leaf the ray enters, nearest box first;
@@ -39,6 +40,8 @@ class bounding_hierarchy {
   const std::vector<const primitive*>& objects() const { return objects_; }
 
  private:
+  void split(int index, int leaf_size);
+
   bounding_box root_box_;
   std::vector<const primitive*> pending_;  // the root's list until build()
   std::vector<node> nodes_;                // nodes_[0] is the root once built
