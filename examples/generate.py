@@ -14,6 +14,9 @@ def triple(p):
 
 
 def render_block(width, height, **options):
+    # Without a length the atmosphere is black haze with a half-length of 2
+    # units; scenes that want clear air say so.
+    options.setdefault("atmosphere_len", 0.0)
     lines = ["render_002 {", "  width %d height %d" % (width, height)]
     for key, value in options.items():
         if isinstance(value, bool):
@@ -244,14 +247,14 @@ def glass():
 
 # ------------------------------------------------- haze, clouds, roughness
 def weather():
-    records = [poly(0, [(-40, -10, 0), (40, -10, 0), (40, 60, 0), (-40, 60, 0)])]
+    records = [poly(0, [(-400, -10, 0), (400, -10, 0), (400, 400, 0), (-400, 400, 0)])]
     text = ("# boulders with rough surfaces in hazy air under a cloudy sky, lit by a spot light\n"
             + render_block(320, 240, zenith=(0.2, 0.35, 0.75), horizon=(0.75, 0.8, 0.9), ground=(0.4, 0.35, 0.3),
                            cloud_inner=(1, 1, 1), cloud_outer=(0.8, 0.82, 0.9), cloud_inner_frac=0.25,
                            cloud_outer_frac=0.2, cloud_scale=0.35, cloud_depth=5, cloud_sharpness=0.5,
                            cloud_offset=(0.3, 0.1, 0), atmosphere=(0.75, 0.78, 0.85), atmosphere_len=18.0,
                            antialias=True, antialias_tol=0.08, antialias_depth=2)
-            + viewing_block((0.0, -6.0, 1.6), (0, 6, 1.2), (3.2, 2.4))
+            + viewing_block((0.0, -5.0, 1.8), (0.5, 3.0, 1.2), (5.0, 3.75))
             + lighting_block((0.25, 0.25, 0.25), [
                 light(0, (6, -4, 9), (0.85, 0.8, 0.7)),
                 light(1, (-3, -3, 6), (0.5, 0.5, 0.45), local=True, spot=((0.2, 0.6, -0.75), 30, 20))],
@@ -263,7 +266,7 @@ def weather():
                 "color 0.6 0.6 0.65  specular 0.6 0.6 0.6  shininess 40  reflective 0.2 0.2 0.2"
                 "  rough_scale 0.4 rough_amplitude 0.3 rough_depth 2"])
             + geometry([records[0]]))
-    for k, (x, y, r) in enumerate([(-2.0, 2.0, 0.9), (1.5, 4.0, 1.2), (4.5, 9.0, 1.5), (-5.0, 12.0, 1.8)]):
+    for k, (x, y, r) in enumerate([(-2.5, 4.0, 0.9), (1.2, 6.0, 1.2), (4.0, 11.0, 1.5), (-5.0, 14.0, 1.8)]):
         text += "render_002 { symbol_radius %s }\n" % fmt(r) + geometry([symbol(1 + k % 2, (x, y, r * 0.8))])
     write("weather.ren", text)
 
@@ -289,7 +292,49 @@ def preview():
     write("preview.ren", text)
 
 
+# ------------------------------------------------- the demo: a bit of all
+def demo():
+    records = floor(3, 10.0, -0.5, 20, other=4)
+    n = 10
+    for i in range(n):
+        for j in range(n):
+            pts, nrm, val = [], [], []
+            for a, b in [(i, j), (i + 1, j), (i + 1, j + 1), (i, j + 1)]:
+                x, y = -1 + 2.0 * a / n, -1 + 2.0 * b / n
+                z = bump(x, y)
+                pts.append((x - 0.2, y + 0.5, 0.5 * z - 0.2))
+                nrm.append(bump_normal(x, y))
+                val.append(z)
+            records.append(poly(0, pts, nrm, val, "gr_contour_continuous"))
+    # A water molecule: two hydrogens on an oxygen.
+    o, h1, h2 = (1.2, -1.1, 0.2), (1.75, -1.45, 0.55), (0.65, -1.45, 0.55)
+    records += [lines(1, [h1, o, h2]), symbol(2, o)]
+    text = ("# sciray demo: a contour-coloured data surface, a water molecule and a glass ball on a checker floor\n"
+            + render_block(320, 240, zenith=(0.2, 0.3, 0.8), horizon=(0.8, 0.8, 0.9), ground=(0.6, 0.62, 0.68),
+                           antialias=True, antialias_tol=0.05, antialias_depth=2, depth=4,
+                           line_radius=0.06, symbol_radius=0.3)
+            + viewing_block((0.8, -6.5, 2.4), (-0.1, 0.2, 0.1), (4.4, 3.3))
+            + lighting_block((0.2, 0.2, 0.2), [light(0, (4, -6, 8), (0.9, 0.9, 0.85)),
+                                                light(1, (-4, -2, 5), (0.3, 0.3, 0.35))])
+            + colormap_block([
+                "color 0.1 0.3 0.9  specular 0.4 0.4 0.4  shininess 30  reflective 0 0 0",
+                "color 0.8 0.8 0.8  specular 0.6 0.6 0.6  shininess 40  reflective 0 0 0",
+                "color 0.9 0.15 0.1  specular 0.8 0.8 0.8  shininess 60  reflective 0.05 0.05 0.05",
+                "color 0.85 0.85 0.8  reflective 0.15 0.15 0.15",
+                "color 0.25 0.25 0.3  reflective 0.15 0.15 0.15",
+                "color 0.95 0.9 0.2  specular 0.4 0.4 0.4  shininess 30  reflective 0 0 0",
+                "color 0.9 0.2 0.1  specular 0.4 0.4 0.4  shininess 30  reflective 0 0 0",
+                "color 0 0 0  specular 1 1 1  shininess 120  reflective 0.08 0.08 0.08"
+                "  refractive 0.9 0.9 0.9  index_ref 1.5  index_ref_spread 0.05  attenuation 0.7 0.9 0.8  atten_len 1"])
+            + contour_block([(0, -0.2), (5, 0.15), (6, 0.4)])
+            + geometry(records)
+            + "render_002 { symbol_radius 0.17 }\n" + geometry([symbol(1, h1), symbol(1, h2)])
+            + "render_002 { symbol_radius 0.55 }\n" + geometry([symbol(7, (-1.5, -0.2, 0.05))]))
+    write("demo.ren", text)
+
+
 if __name__ == "__main__":
+    demo()
     surfaces()
     molecule()
     glass()
