@@ -34,10 +34,8 @@ bool enter_box(const bounding_box& box, const ray& r, double current_distance, d
   // A box that is still empty on some axis holds nothing to enter.
   if (box.any_empty()) return false;
 
-  bool inside = true;
-  for (int a = 0; a < 3; ++a)
-    if (r.origin[a] < box.axis[a].lo || r.origin[a] > box.axis[a].hi) inside = false;
-  if (inside) {
+  const auto within = [&r](const interval& slab, int a) { return slab.lo <= r.origin[a] && r.origin[a] <= slab.hi; };
+  if (within(box.axis[0], 0) && within(box.axis[1], 1) && within(box.axis[2], 2)) {
     entry = 0.0;
     return true;
   }
@@ -47,7 +45,7 @@ bool enter_box(const bounding_box& box, const ray& r, double current_distance, d
   for (int a = 0; a < 3; ++a) {
     const interval& slab = box.axis[a];
     if (r.dir[a] == 0.0) {
-      if (r.origin[a] < slab.lo || r.origin[a] > slab.hi) return false;
+      if (!within(slab, a)) return false;
       continue;
     }
     const double t1 = (slab.lo - r.origin[a]) * r.inv_dir[a];
