@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "scene_file/scene_reader.h"
@@ -26,28 +27,24 @@ struct scene_from_text {
     scene.build_hierarchy(1 << 30);
     return scene.hierarchy().objects();
   }
-
   world scene;
   scene_settings settings;
   render_context context;
 };
 
-struct message_case {
-  std::string text;
-  std::string message;
-};
+// Lists of settings, compared whole.
+using ints = std::vector<int>;
+using reals = std::vector<double>;
+using vectors = std::vector<vector>;  // positions, directions and colours
 
-// Each text must stop the run with status 1 and exactly its message as the
-// whole of standard error.
-inline void expect_messages(const std::vector<message_case>& cases) {
-  for (const message_case& c : cases) {
-    std::string pattern = "^";
-    for (char ch : c.message) {
-      if (std::string("\\^$.|?*+()[]{}").find(ch) != std::string::npos) pattern += '\\';
-      pattern += ch;
-    }
-    SCOPED_TRACE(c.text);
-    EXPECT_EXIT(scene_from_text{c.text}, ::testing::ExitedWithCode(1), pattern + "\n$");
+// {scene text, message}: the text must stop the run with status 1 and
+// `prefix` + message + line end as the whole of standard error.
+using message_cases = std::vector<std::pair<std::string, std::string>>;
+inline void expect_messages(const message_cases& cases, const std::string& prefix = "") {
+  for (const auto& [text, message] : cases) {
+    SCOPED_TRACE(text);
+    EXPECT_EXIT(scene_from_text{text}, ::testing::ExitedWithCode(1),
+                ::testing::Matcher<const std::string&>(prefix + message + "\n"));
   }
 }
 
