@@ -1,55 +1,56 @@
-// noise_test.cpp - the lattice filled from the random stream in its fixed
-// order, coordinate wrapping (negative and out-of-range coordinates), the
-// noise at lattice points, and the fractal octave sum.
+// noise_test.cpp - the shared lattice filled from the random stream in its
+// fixed order, coordinate wrapping (negative and out-of-range coordinates),
+// the noise at lattice points, and the fractal octave sum.
 #include "environment/noise.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
+#include <memory>
 
 namespace sciray {
 namespace {
 
 constexpr int n = noise_lattice_size;
 
-TEST(noise_lattice, filled_in_order_from_the_stream) {
-  rand_stream random;
-  const noise_lattice lattice(n, random);
-  // Four draws per cell: three values, then the permutation entry.
-  rand_stream reference;
-  std::vector<double> v0(n + 1), v1(n), v2(n);
+TEST(noise_lattice, filled_from_the_stream_wrapped_and_summed_in_octaves) {
+  // The first fractal generator makes the lattice; a second shares it and
+  // draws nothing.
+  rand_stream random, reference;
+  noise_registry registry;
+  fractal_noise f(2.0, 3.0, 0.5, registry, random);
+  const fractal_noise second(1.0, 1.0, 0.0, registry, random);
+  const std::shared_ptr<const noise_lattice> shared = registry.acquire(random);
+  const noise_lattice& lattice = *shared;
+  // Four draws per cell: three values, then the permutation entry; the
+  // permutation's wrap entry n repeats entry 0.
+  std::vector<std::array<double, 3>> v(n);
   std::vector<int> perm(n + 1);
   for (int m = 0; m < n; ++m) {
-    v0[m] = reference.next() / 2147483647.0;
-    v1[m] = reference.next() / 2147483647.0;
-    v2[m] = reference.next() / 2147483647.0;
+    for (double& value : v[m]) value = reference.next() / 2147483647.0;
     perm[m] = static_cast<int>(std::trunc(reference.next() * double(n) / 2147483647.0));
   }
-  v0[n] = v0[0];
   perm[n] = perm[0];
-  EXPECT_EQ(random.next(), reference.next());  // exactly 40000 draws
+  EXPECT_EQ(random.next(), reference.next());  // exactly 40000 draws in all
 
-  EXPECT_EQ(lattice.noise1(7.0), v0[7]);
-  EXPECT_EQ(lattice.noise1(7.25), 0.75 * v0[7] + 0.25 * v0[8]);
+  EXPECT_EQ(lattice.noise1(7.0), v[7][0]);
+  EXPECT_EQ(lattice.noise1(7.25), 0.75 * v[7][0] + 0.25 * v[8][0]);
   const int corners[][3] = {{0, 0, 0}, {1, 2, 3}, {n, n, n}, {n - 1, 5, n}, {123, n, 4567}};
-  for (const auto& c : corners) {
-    const int i = c[0], j = c[1], k = c[2];
-    EXPECT_EQ(lattice.corner_value(i, j, k), v0[(i + perm[j] + perm[perm[k]]) % n]);
-    const vector cv = lattice.corner_vector(i, j, k);
-    EXPECT_EQ(cv, vector(v0[(i + perm[j] + perm[perm[k]]) % n], v1[(j + perm[perm[i]] + perm[k]) % n],
-                         v2[(perm[i] + perm[perm[j]] + k) % n]));
+  for (const auto& [i, j, k] : corners) {
+    const double value = v[(i + perm[j] + perm[perm[k]]) % n][0];
+    EXPECT_EQ(lattice.corner_value(i, j, k), value);
+    EXPECT_EQ(lattice.corner_vector(i, j, k),
+              vector(value, v[(j + perm[perm[i]] + perm[k]) % n][1], v[(perm[i] + perm[perm[j]] + k) % n][2]));
   }
-}
 
-TEST(noise_lattice, wrapping_and_lattice_points) {
-  rand_stream random;
-  const noise_lattice lattice(n, random);
+  // Coordinates wrap into the cells 0 .. n-1.
   const auto cell_of = [&](double x) {
     int cell;
-    double f;
-    lattice.reduce(x, cell, f);
-    return std::make_pair(cell, f);
+    double fraction;
+    lattice.reduce(x, cell, fraction);
+    return std::make_pair(cell, fraction);
   };
   EXPECT_EQ(cell_of(-0.5), std::make_pair(n - 1, 0.5));
   EXPECT_EQ(cell_of(-10000.5), std::make_pair(n - 1, 0.5));
@@ -70,46 +71,24 @@ TEST(noise_lattice, wrapping_and_lattice_points) {
   EXPECT_EQ(lattice.vnoise3(position(3.0, 7.0, 11.0)), lattice.corner_vector(3, 7, 11));
   EXPECT_NEAR(lattice.noise3(position(3.5, 7.0, 11.0)),
               0.5 * lattice.corner_value(3, 7, 11) + 0.5 * lattice.corner_value(4, 7, 11), 1e-15);
-}
 
-TEST(noise_fractal, octaves_normaliser_sharing_and_repeatability) {
-  rand_stream random;
-  noise_registry registry;
-  fractal_noise f(2.0, 3.0, 0.5, registry, random);
+  // The fractal sum.
   EXPECT_EQ(f.normaliser, 1 / 1.75);  // depth 3, ratio 0.5
   for (int i = 0; i < 20; ++i) {  // the sum lies in [offset, offset + amplitude]
-    const double v = f.value(position(i * 0.71, i * -0.13, i * 2.9));
-    EXPECT_TRUE(v >= 0.5 && v <= 3.5) << v;
+    const double sum = f.value(position(i * 0.71, i * -0.13, i * 2.9));
+    EXPECT_TRUE(sum >= 0.5 && sum <= 3.5) << sum;
   }
-
-  // A second generator shares the lattice and draws nothing.
-  rand_stream after_fill;
-  for (int i = 0; i < 4 * n; ++i) after_fill.next();
-  const fractal_noise second(1.0, 1.0, 0.0, registry, random);
-  EXPECT_EQ(random.next(), after_fill.next());
-  const auto lattice = registry.acquire(random);
-
   // One octave: the lattice noise at p / scale.
   f.depth = 1;
   f.update_normaliser();
-  EXPECT_EQ(f.value(position(6.0, 2.0, 4.0)), 0.5 + 3.0 * lattice->noise3(position(3.0, 1.0, 2.0)));
-  EXPECT_EQ(f.vector_value(position(6.0, 2.0, 4.0)).y, 0.5 + 3.0 * lattice->vnoise3(position(3.0, 1.0, 2.0)).y);
+  EXPECT_EQ(f.value(position(6.0, 2.0, 4.0)), 0.5 + 3.0 * lattice.noise3(position(3.0, 1.0, 2.0)));
+  EXPECT_EQ(f.vector_value(position(6.0, 2.0, 4.0)).y, 0.5 + 3.0 * lattice.vnoise3(position(3.0, 1.0, 2.0)).y);
   // Depth 0: nothing but the offset.
   f.depth = 0;
   f.update_normaliser();
   EXPECT_EQ(f.normaliser, 1.0);
   EXPECT_EQ(f.value(position(1.3, 2.2, 3.1)), 0.5);
   EXPECT_EQ(f.vector_value(position(1.3, 2.2, 3.1)), vector(0.5, 0.5, 0.5));
-
-  // A separate stream and registry give bit-identical noise.
-  rand_stream other_random;
-  noise_registry other_registry;
-  const fractal_noise twin(1.0, 1.0, 0.0, other_registry, other_random);
-  for (int i = 0; i < 20; ++i) {
-    const position p(i * 0.3, -i * 0.7, i * 1.1);
-    EXPECT_EQ(second.value(p), twin.value(p));
-    EXPECT_EQ(second.vector_value(p), twin.vector_value(p));
-  }
 }
 
 }  // namespace

@@ -1,11 +1,12 @@
 // light_test.cpp - each light kind's contribution on configurations worked
-// out by hand, shadows through opaque and coloured bodies, and the area
-// light's samples and use of the random stream.
+// out by hand, shadows through opaque, filtering and absorbing bodies, and the
+// area light's samples and use of the random stream.
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
+#include <utility>
 
-#include "shading/light.h"
 #include "test_scene.h"
 
 namespace sciray {
@@ -14,15 +15,14 @@ namespace {
 constexpr double degree = 3.14159265358979323846 / 180;
 const colour light_colour(1.0, 0.5, 0.25), light_ambient(0.1, 0.2, 0.3);
 const direction up(0.0, 0.0, 1.0), down(0.0, 0.0, -1.0);
+const direction tilted(std::sin(60 * degree), 0.0, std::cos(60 * degree));  // 60 degrees off up
 
 // A point shaded on a surface facing `normal`, with mirror direction `mirror`.
-struct lit_point {
-  world w;
-  render_context context;
-  ray_state state = primary_state(w, context, ray());
+struct lit_point : test::bench {
+  ray_state state = start(position(), direction());
   shading_point p;
 
-  lit_point(const position& where, const direction& normal, const vector& mirror, double shininess)
+  lit_point(const direction& normal, const vector& mirror, double shininess, const position& where = position())
       : p{where, normal, mirror, shininess} {}
   ray_state light_up(const light& l) {
     l.illuminate(state, p);
@@ -30,61 +30,56 @@ struct lit_point {
   }
 };
 
-void expect_near(const colour& got, const colour& want, double tolerance = 1e-14) {
-  for (int i = 0; i < 3; ++i) EXPECT_NEAR(got[i], want[i], tolerance) << i;
+// What `l` adds to the diffuse sum of an upward-facing point under a ball of
+// `m` at height `z`, with shadows on, and the rays that cost.
+std::pair<colour, std::uint32_t> under_ball(const light& l, const material& m, double z) {
+  lit_point lp(up, up, 0.0);
+  lp.w.shadows = true;
+  lp.w.add(test::ball(position(0.0, 0.0, z), 0.5, &m));
+  return {lp.light_up(l).diffuse_sum, lp.context.ray_count};
 }
 
-TEST(light_point, terms_attenuation_and_shadows) {
+TEST(light_point, terms_attenuation_shadows_and_spot_fall_off) {
   point_light lamp(position(0.0, 0.0, 4.0), light_colour, light_ambient);
   lamp.set_attenuation(vector(1.0, 0.5, 0.25), 0.0);  // f = 1 / (1 + 0.5*4 + 0.25*16) = 1/7
-  const ray_state& facing = lit_point(position(), up, up, 10.0).light_up(lamp);
-  expect_near(facing.diffuse_sum, light_colour / 7);
-  expect_near(facing.specular_sum, light_colour / 7);
-  EXPECT_EQ(facing.ambient_sum, light_ambient);
-
-  // Facing away: only the light's ambient.
-  const ray_state& away = lit_point(position(), down, down, 10.0).light_up(lamp);
+  test::expect_near(lit_point(up, up, 0.0).light_up(lamp).diffuse_sum, light_colour / 7, 1e-14);
+  // Mirror direction 60 degrees off the light: 0.5^shininess; shininess 0: none.
+  test::expect_near(lit_point(up, tilted, 10.0).light_up(lamp).specular_sum, std::pow(0.5, 10) * light_colour / 7,
+                    1e-14);
+  EXPECT_EQ(lit_point(up, tilted, 0.0).light_up(lamp).specular_sum, colour());
+  // Facing away: only the light's ambient, which does not fade with distance.
+  const ray_state away = lit_point(down, down, 10.0).light_up(lamp);
   EXPECT_EQ(away.diffuse_sum + away.specular_sum, colour());
   EXPECT_EQ(away.ambient_sum, light_ambient);
 
-  // Mirror direction 60 degrees off the light: 0.5^shininess; shininess 0: none.
-  const vector tilted(std::sin(60 * degree), 0.0, std::cos(60 * degree));
-  expect_near(lit_point(position(), up, tilted, 10.0).light_up(lamp).specular_sum,
-              std::pow(0.5, 10) * light_colour / 7);
-  EXPECT_EQ(lit_point(position(), up, tilted, 0.0).light_up(lamp).specular_sum, colour());
-
-  // Constant attenuation: no fall-off with distance.
+  // Shadows from a lamp at height 80 (constant attenuation: no fall-off): an
+  // opaque body blocks; glass filters twice (in and out) and absorbs over its
+  // diameter, at the cost of three rays; a filter below the cut-off stops the
+  // shadow ray inside; a body beyond the light does nothing.
   const point_light far_lamp(position(0.0, 0.0, 80.0), light_colour, light_ambient);
-  EXPECT_EQ(lit_point(position(), up, up, 0.0).light_up(far_lamp).diffuse_sum, light_colour);
+  material opaque, glass;
+  glass.refractive = colour(0.5, 1.0, 0.5);
+  glass.set_attenuation(colour(0.5, 0.5, 0.5), 1.0);
+  EXPECT_EQ(under_ball(far_lamp, opaque, 2.0), std::make_pair(colour(), 1u));
+  const auto filtered = under_ball(far_lamp, glass, 2.0);
+  test::expect_near(filtered.first, light_colour * colour(0.125, 0.5, 0.125), 1e-12);
+  EXPECT_EQ(filtered.second, 3u);
+  glass.refractive = colour(0.005, 0.005, 0.005);
+  EXPECT_EQ(under_ball(far_lamp, glass, 2.0), std::make_pair(colour(), 1u));
+  EXPECT_EQ(under_ball(far_lamp, opaque, 90.0).first, light_colour);
 
-  // An opaque body blocks; red glass lets only red through (shadow ray, inside, out);
-  // a body beyond the light does nothing.
-  material opaque, red_glass;
-  red_glass.refractive = colour(1.0, 0.0, 0.0);
-  const auto behind = [&](const material& m, double z) {
-    lit_point lp(position(), up, up, 0.0);
-    lp.w.shadows = true;
-    lp.w.add(test::ball(position(0.0, 0.0, z), 0.5, &m));
-    const colour d = lp.light_up(far_lamp).diffuse_sum;
-    return std::make_pair(d, lp.context.ray_count);
-  };
-  EXPECT_EQ(behind(opaque, 2.0), std::make_pair(colour(), 1u));
-  EXPECT_EQ(behind(red_glass, 2.0), std::make_pair(colour(1.0, 0.0, 0.0), 3u));
-  EXPECT_EQ(behind(opaque, 90.0).first, light_colour);
-}
-
-TEST(light_spot, linear_fall_off_between_the_cones) {
+  // A spotlight: linear fall-off between the cones.
   const position top(0.0, 0.0, 10.0);
   const point_light bare(top, light_colour, light_ambient);
   const spot_light spot(top, light_colour, light_ambient, down, 30.0, 20.0);
   const auto at = [&](const light& l, double angle) {
-    return lit_point(position(10 * std::tan(angle * degree), 0.0, 0.0), up, up, 0.0).light_up(l);
+    return lit_point(up, up, 0.0, position(10 * std::tan(angle * degree), 0.0, 0.0)).light_up(l);
   };
   EXPECT_EQ(at(spot, 10).diffuse_sum, at(bare, 10).diffuse_sum);
   // Half way between 20 and 30 degrees: half of every contribution, ambient included.
-  expect_near(at(spot, 25).diffuse_sum, 0.5 * at(bare, 25).diffuse_sum, 1e-12);
-  expect_near(at(spot, 25).ambient_sum, 0.5 * light_ambient, 1e-12);
-  expect_near(at(spot, 30).ambient_sum, colour(), 1e-12);
+  test::expect_near(at(spot, 25).diffuse_sum, 0.5 * at(bare, 25).diffuse_sum, 1e-12);
+  test::expect_near(at(spot, 25).ambient_sum, 0.5 * light_ambient, 1e-12);
+  test::expect_near(at(spot, 30).ambient_sum, colour(), 1e-12);
   EXPECT_EQ(at(spot, 35).diffuse_sum + at(spot, 35).ambient_sum, colour());
 }
 
@@ -92,17 +87,15 @@ TEST(light_area, samples_and_random_draws) {
   const position centre(0.0, 0.0, 5.0);
   point_light lamp(centre, light_colour, light_ambient);
   lamp.set_attenuation(vector(1.0, 0.0, 0.0), 0.5);
-  lit_point lp(position(), up, up, 0.0);
+  lit_point lp(up, up, 0.0);
   rand_stream reference;
   double jitter[36];
   for (double& j : jitter) j = (2.0 * reference.next() / 2147483647.0 - 1) * 0.125;
   lp.light_up(lamp);
-  EXPECT_EQ(lp.context.random.next(), reference.next());  // 36 draws per point
 
   // Seen from below the disc frame is U = (0, -1, 0), V = (1, 0, 0), and the
   // apparent radius 0.5 cos(asin(0.5 / 5)); rings outer, staggered, inner.
-  const double apparent = 0.5 * std::sqrt(0.99);
-  const double radius[3] = {apparent, std::sqrt(3.0) / 2 * apparent, 0.5 * apparent};
+  const double apparent = 0.5 * std::sqrt(0.99), radius[3] = {apparent, std::sqrt(3.0) / 2 * apparent, 0.5 * apparent};
   const auto& s = lp.context.light_samples;
   for (int m = 0; m < 18; ++m) {
     const double a = (2 * (m % 6) + (m / 6 == 1)) * 30 * degree;
@@ -112,41 +105,20 @@ TEST(light_area, samples_and_random_draws) {
   EXPECT_EQ(s[18], centre);
   EXPECT_NEAR(lp.state.diffuse_sum.x, 1.0, 0.02);  // close to the point light's
 
-  // Every area light draws its own 36 values; a spotlight draws none outside its cone.
-  lit_point two(position(), up, up, 0.0);
-  two.w.add_light(std::make_unique<point_light>(lamp));
-  two.w.add_light(std::make_unique<point_light>(lamp));
+  // 36 draws per shaded point for each area light, here two points; a
+  // spotlight draws none outside its cone.
   spot_light spot(centre, light_colour, light_ambient, down, 30.0, 20.0);
   spot.set_attenuation(vector(1.0, 0.0, 0.0), 0.5);
-  two.w.add_light(std::make_unique<spot_light>(spot));
-  two.p.point = position(10.0, 0.0, 0.0);
-  two.w.gather_light(two.state, two.p);
-  rand_stream skipped;
-  for (int i = 0; i < 72; ++i) skipped.next();
-  EXPECT_EQ(two.context.random.next(), skipped.next());
+  lp.p.point = position(10.0, 0.0, 0.0);
+  lp.light_up(lamp);
+  lp.light_up(spot);
+  for (int i = 0; i < 36; ++i) reference.next();
+  EXPECT_EQ(lp.context.random.next(), reference.next());
 }
 
-TEST(light_directional, unattenuated_light_from_one_direction) {
-  const directional_light sun(down, light_colour, light_ambient);
-  const ray_state& flat = lit_point(position(), up, up, 5.0).light_up(sun);
-  EXPECT_EQ(flat.diffuse_sum, light_colour);
-  EXPECT_EQ(flat.specular_sum, light_colour);
-  EXPECT_EQ(flat.ambient_sum, light_ambient);
-  const direction tilted(std::sin(60 * degree), 0.0, std::cos(60 * degree));
-  expect_near(lit_point(position(), tilted, vector(), 5.0).light_up(sun).diffuse_sum, 0.5 * light_colour);
-
-  // The shadow ray has no end: a far body blocks, green glass filters.
-  material green_glass;
-  green_glass.refractive = colour(0.0, 1.0, 0.0);
-  lit_point filtered(position(), up, up, 0.0);
-  filtered.w.shadows = true;
-  filtered.w.add(test::ball(position(0.0, 0.0, 1000.0), 1.0, &green_glass));
-  EXPECT_EQ(filtered.light_up(sun).diffuse_sum, colour(0.0, 0.5, 0.0));
-  EXPECT_EQ(filtered.context.ray_count, 3u);
-}
-
-TEST(light_gather, sums_with_world_ambient_and_highlights_switch) {
-  lit_point lp(position(), up, up, 1.0);
+TEST(light_directional, gathered_with_world_ambient_highlights_and_shadows) {
+  // An unattenuated directional light and a point light of constant attenuation.
+  lit_point lp(up, up, 1.0);
   lp.w.ambient = colour(0.01, 0.02, 0.03);
   lp.w.add_light(std::make_unique<directional_light>(down, light_colour, light_ambient));
   lp.w.add_light(std::make_unique<point_light>(position(0.0, 0.0, 3.0), colour(0.5, 0.5, 0.5), light_ambient));
@@ -157,6 +129,13 @@ TEST(light_gather, sums_with_world_ambient_and_highlights_switch) {
   lp.w.highlights = true;
   lp.w.gather_light(lp.state, lp.p);
   EXPECT_EQ(lp.state.specular_sum, light_colour + colour(0.5, 0.5, 0.5));
+  const directional_light sun(down, light_colour, light_ambient);
+  test::expect_near(lit_point(tilted, vector(), 5.0).light_up(sun).diffuse_sum, 0.5 * light_colour, 1e-14);
+
+  // The shadow ray has no end: a far body blocks, green glass filters.
+  material green_glass;
+  green_glass.refractive = colour(0.0, 1.0, 0.0);
+  EXPECT_EQ(under_ball(sun, green_glass, 1000.0), std::make_pair(colour(0.0, 0.5, 0.0), 3u));
 }
 
 }  // namespace

@@ -1,52 +1,66 @@
 // material_test.cpp - surface shading: the colour terms, the inside flip and
 // roughness on a local normal, reflection, refraction entering and leaving,
-// total internal reflection, dispersion into three rays, and the filter of
-// transparent bodies on shadow rays.
+// total internal reflection and dispersion into three rays; and materials as
+// media: haze and absorption along a travelled segment.
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <vector>
 
 #include "environment/noise.h"
-#include "shading/light.h"
 #include "test_scene.h"
 
 namespace sciray {
 namespace {
 
 constexpr double degree = 3.14159265358979323846 / 180;
+const direction down(0.0, 0.0, -1.0), normal(0.0, 0.0, 1.0);
+const colour answer(0.2, 0.4, 0.8), clear(1.0, 1.0, 1.0);
 
-// A hit at the origin on a surface with normal +z, inside a probe ball that
+// Returns a fixed colour and remembers every ray that asked for it.
+struct probe_material : material {
+  colour shade(ray_state& state) const override {
+    visits.push_back(state);
+    return answer;
+  }
+  mutable std::vector<ray_state> visits;
+};
+
+// A hit at `where` on a surface with normal +z, inside a probe ball that
 // records the rays the shading sends out, lit straight from above.
-struct shading_bench {
-  world w;
-  render_context context;
-  test::probe_material probe{colour(0.2, 0.4, 0.8)};
+struct shading_bench : test::bench {
+  probe_material probe;
+  const material* air = &w.atmosphere;
 
   shading_bench() {
     w.depth_max = 5;
     w.add(test::ball(position(), 100.0, &probe));
-    w.add_light(std::make_unique<directional_light>(direction(0.0, 0.0, -1.0), colour(1.0, 1.0, 1.0), colour()));
+    w.add_light(std::make_unique<directional_light>(down, colour(1.0, 1.0, 1.0), colour()));
   }
-  // Shades with `m` the ray arriving along `d` in `medium` at `where`.
+  // Shades with `m` the ray arriving along `d` in `medium`.
   colour shade(const material& m, const direction& d, const material* medium, const position& where = position()) {
-    ray_state s = test::hit_state(w, context, ray(where - d, d), 1.0, direction(0.0, 0.0, 1.0));
+    ray_state s = start(where - d, d);
+    s.hit.distance = 1.0;
+    s.hit.normal = normal;
     s.medium = medium;
     const colour c = m.shade(s);
-    EXPECT_EQ(s.hit.normal, direction(0.0, 0.0, 1.0));  // the primitive's normal is left alone
+    EXPECT_EQ(s.hit.normal, normal);  // the primitive's normal is left alone
     return c;
   }
-  const test::probe_material::visit& last() const { return probe.visits.back(); }
+  // Checks the last ray the shading sent out.
+  void expect_sent(int kind, const vector& dir, const material* medium, const colour& weight) const {
+    EXPECT_EQ(probe.visits.back().kind, kind);
+    test::expect_near(probe.visits.back().r.dir, dir, 1e-12);
+    EXPECT_EQ(probe.visits.back().medium, medium);
+    EXPECT_EQ(probe.visits.back().weight, weight);
+  }
 };
 
 direction at_angle(double degrees, double z_sign) {
   return direction(std::sin(degrees * degree), 0.0, z_sign * std::cos(degrees * degree));
 }
 
-void expect_near(const vector& got, const vector& want) {
-  for (int i = 0; i < 3; ++i) EXPECT_NEAR(got[i], want[i], 1e-12) << i;
-}
-
-TEST(material_terms, colours_inside_flip_and_roughness) {
+TEST(material_shade, colour_terms_secondary_rays_and_dispersion) {
   shading_bench b;
   b.w.ambient = colour(0.25, 0.25, 0.25);
   material m;
@@ -54,97 +68,79 @@ TEST(material_terms, colours_inside_flip_and_roughness) {
   m.ambient = colour(1.0, 0.5, 0.0);
   m.emission = colour(0.01, 0.02, 0.03);
   // From straight above: full diffuse. From inside the normal turns away from the light.
-  expect_near(b.shade(m, direction(0.0, 0.0, -1.0), &b.w.atmosphere), colour(0.76, 0.395, 1.03));
-  expect_near(b.shade(m, direction(0.0, 0.0, 1.0), &m), colour(0.26, 0.145, 0.03));
+  test::expect_near(b.shade(m, down, b.air), colour(0.76, 0.395, 1.03), 1e-12);
+  test::expect_near(b.shade(m, normal, &m), colour(0.26, 0.145, 0.03), 1e-12);
   EXPECT_TRUE(b.probe.visits.empty());  // neither reflective nor refractive: no secondary ray
 
   // Roughness tilts the normal away from the light: the same at one point, not at the next.
-  material rough = m;
-  rough.rough = std::make_shared<roughness>(
+  m.rough = std::make_shared<roughness>(
       std::make_unique<fractal_noise>(0.1, 0.5, 0.0, b.context.noise, b.context.random));
-  const direction down(0.0, 0.0, -1.0);
-  const colour here = b.shade(rough, down, &b.w.atmosphere, position(0.3, 0.0, 0.0));
+  const colour here = b.shade(m, down, b.air, position(0.3, 0.0, 0.0));
   EXPECT_LT(here.x, 0.76);
-  EXPECT_EQ(b.shade(rough, down, &b.w.atmosphere, position(0.3, 0.0, 0.0)), here);
-  EXPECT_NE(b.shade(rough, down, &b.w.atmosphere, position(0.37, 0.0, 0.0)), here);
-}
+  EXPECT_EQ(b.shade(m, down, b.air, position(0.3, 0.0, 0.0)), here);
+  EXPECT_NE(b.shade(m, down, b.air, position(0.37, 0.0, 0.0)), here);
 
-TEST(material_rays, reflection_refraction_and_total_internal_reflection) {
-  shading_bench b;
-  material mirror;
+  // Secondary rays: the mirror's reflection, and refraction into and out of glass.
+  material mirror, glass;
   mirror.reflective = colour(0.5, 0.25, 1.0);
-  EXPECT_EQ(b.shade(mirror, at_angle(30, -1), &b.w.atmosphere), colour(0.1, 0.1, 0.8));
-  EXPECT_EQ(b.last().kind, reflected_ray);
-  expect_near(b.last().dir, at_angle(30, 1));
-  EXPECT_EQ(b.last().weight, mirror.reflective);
-  EXPECT_EQ(b.last().medium, &b.w.atmosphere);
-
-  material glass;
   glass.refractive = colour(1.0, 1.0, 1.0);
   glass.index_by_channel = vector(1.5, 1.5, 1.5);
+  EXPECT_EQ(b.shade(mirror, at_angle(30, -1), b.air), colour(0.1, 0.1, 0.8));
+  b.expect_sent(reflected_ray, at_angle(30, 1), b.air, mirror.reflective);
   // Entering at 30 degrees: Snell's law with 1 / 1.5; the ray then travels in the glass.
-  b.shade(glass, at_angle(30, -1), &b.w.atmosphere);
-  EXPECT_EQ(b.last().kind, refracted_ray);
-  expect_near(b.last().dir, vector(0.5 / 1.5, 0.0, -std::sqrt(1 - 1 / 9.0)));
-  EXPECT_EQ(b.last().medium, &glass);
+  b.shade(glass, at_angle(30, -1), b.air);
+  b.expect_sent(refracted_ray, vector(0.5 / 1.5, 0.0, -std::sqrt(1 - 1 / 9.0)), &glass, clear);
   // Leaving at 30 degrees: sin_t = 0.75, out into the atmosphere.
   b.shade(glass, at_angle(30, 1), &glass);
-  expect_near(b.last().dir, vector(0.75, 0.0, std::sqrt(1 - 0.75 * 0.75)));
-  EXPECT_EQ(b.last().medium, &b.w.atmosphere);
+  b.expect_sent(refracted_ray, vector(0.75, 0.0, std::sqrt(1 - 0.75 * 0.75)), b.air, clear);
   // Leaving at 60 degrees: sin_t = 1.3, reflected back inside, still in the glass.
-  EXPECT_EQ(b.shade(glass, at_angle(60, 1), &glass), b.probe.answer);
-  EXPECT_EQ(b.last().kind, reflected_ray);
-  expect_near(b.last().dir, at_angle(60, -1));
-  EXPECT_EQ(b.last().medium, &glass);
-  // An atmosphere as dense as the glass does not bend the ray.
-  b.w.atmosphere.index_by_channel = vector(1.5, 1.5, 1.5);
-  b.shade(glass, at_angle(30, -1), &b.w.atmosphere);
-  expect_near(b.last().dir, at_angle(30, -1));
-  EXPECT_EQ(b.probe.visits.size(), 5u);
-}
+  EXPECT_EQ(b.shade(glass, at_angle(60, 1), &glass), answer);
+  b.expect_sent(reflected_ray, at_angle(60, -1), &glass, clear);
 
-TEST(material_rays, dispersion_sends_one_ray_per_channel) {
-  shading_bench b;
+  // Dispersion: one ray per channel, each keeping only its own colour.
   material prism;
   prism.refractive = colour(1.0, 0.5, 0.25);
   prism.index_by_channel = vector(1.4, 1.5, 1.6);
-  // Each channel keeps only its own ray's colour.
-  EXPECT_EQ(b.shade(prism, at_angle(30, -1), &b.w.atmosphere), colour(0.2, 0.2, 0.2));
-  ASSERT_EQ(b.probe.visits.size(), 3u);
+  EXPECT_EQ(b.shade(prism, at_angle(30, -1), b.air), colour(0.2, 0.2, 0.2));
+  ASSERT_EQ(b.probe.visits.size(), 7u);
   const colour weights[3] = {colour(1.0, 0.0, 0.0), colour(0.0, 0.5, 0.0), colour(0.0, 0.0, 0.25)};
   for (int channel = 0; channel < 3; ++channel) {
-    EXPECT_EQ(b.probe.visits[channel].weight, weights[channel]);
-    EXPECT_NEAR(b.probe.visits[channel].dir.x, 0.5 / prism.index_by_channel[channel], 1e-12);
+    EXPECT_EQ(b.probe.visits[4 + channel].weight, weights[channel]);
+    EXPECT_NEAR(b.probe.visits[4 + channel].r.dir.x, 0.5 / prism.index_by_channel[channel], 1e-12);
   }
-  // No spread: a single ray.
-  prism.index_by_channel = vector(1.5, 1.5, 1.5);
-  b.shade(prism, at_angle(30, -1), &b.w.atmosphere);
-  EXPECT_EQ(b.probe.visits.size(), 4u);
+  // No spread: a single ray. An atmosphere as dense as the glass does not bend it.
+  b.w.atmosphere.index_by_channel = prism.index_by_channel = vector(1.5, 1.5, 1.5);
+  b.shade(prism, at_angle(30, -1), b.air);
+  b.expect_sent(refracted_ray, at_angle(30, -1), &prism, prism.refractive);
+  EXPECT_EQ(b.probe.visits.size(), 8u);
 }
 
-TEST(material_transmittance, bodies_filter_and_absorb_shadow_rays) {
-  world w;
-  render_context context;
-  w.shadows = true;
-  material glass;
-  glass.refractive = colour(0.5, 1.0, 0.5);
-  glass.set_attenuation(colour(0.5, 0.5, 0.5), 1.0);
-  w.add(test::ball(position(), 0.5, &glass));
-  const ray_state shaded = primary_state(w, context, ray());
-  const auto transmit = [&] {
-    ray_state s =
-        transmission_state(shaded, position(0.0, 0.0, -5.0), position(0.0, 0.0, 5.0), colour(1, 1, 1), nullptr);
-    return w.transmit(s);
+TEST(medium_formulas, haze_and_body_attenuation) {
+  const auto after = [](const material& m, double distance, colour c) {
+    m.apply_medium(distance, c);
+    return c;
   };
-  // Through a ball of diameter 1: the filter twice and one unit of absorption.
-  expect_near(transmit(), colour(0.125, 0.5, 0.125));
-  EXPECT_EQ(context.ray_count, 3u);
-  // A filter below the cut-off stops the ray inside; an opaque body casts nothing further.
-  glass.refractive = colour(0.005, 0.005, 0.005);
-  EXPECT_EQ(transmit(), colour());
-  glass.refractive = colour();
-  EXPECT_EQ(transmit(), colour());
-  EXPECT_EQ(context.ray_count, 5u);
+  const colour some(0.3, 0.6, 0.9);
+  material air;
+  air.set_atmosphere(colour(0.2, 0.4, 0.8), 10.0);
+  // A black object at distance L comes back as half the haze colour; far away
+  // everything is haze; a segment of length 0 changes nothing.
+  test::expect_near(after(air, 10.0, colour()), colour(0.1, 0.2, 0.4), 1e-14);
+  test::expect_near(after(air, 1e4, colour(1.0, 0.0, 0.5)), colour(0.2, 0.4, 0.8), 1e-14);
+  test::expect_near(after(air, 0.0, some), some, 1e-14);
+
+  // Half of red survives 2 units; a 0 channel is unspecified, a 1 channel
+  // clear; the body's emission is cleared.
+  material body = air;
+  body.set_attenuation(colour(0.5, 0.0, 1.0), 2.0);
+  test::expect_near(after(body, 4.0, colour(1.0, 1.0, 1.0)), colour(0.25, 1.0, 1.0), 1e-14);
+  // Length 0 or less: no medium at all.
+  for (double length : {0.0, -5.0}) {
+    material none;
+    none.set_atmosphere(colour(1.0, 1.0, 1.0), length);
+    none.set_attenuation(colour(0.5, 0.5, 0.5), length);
+    EXPECT_EQ(after(none, 100.0, some), some) << length;
+  }
 }
 
 }  // namespace

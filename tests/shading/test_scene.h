@@ -1,61 +1,45 @@
-// test_scene.h - small scenes for the shading tests: balls, an unbounded
-// floor, a material that records the rays reaching it, and a top-down
-// render of a scene into an array of colours.
+// test_scene.h - small scenes for the shading tests: a world with its render
+// context, balls, the floor plane z = 0, and a per-channel near-comparison.
 #pragma once
 
-#include <memory>
-#include <vector>
+#include <gtest/gtest.h>
 
-#include "geometry/primitive.h"
+#include <memory>
+
+#include "geometry/plane.h"
 #include "geometry/sphere.h"
-#include "shading/material.h"
-#include "shading/ray_state.h"
 #include "shading/render_context.h"
 #include "shading/world.h"
 
 namespace sciray::test {
 
-// A sphere with its material.
-std::unique_ptr<sphere> ball(const position& centre, double radius, const material* m);
-
-// The infinite plane z = height, normal +z.
-class floor_plane : public primitive {
- public:
-  floor_plane(double height, const material* m) : height_(height) { set_material(m); }
-  const bounding_box* bounds() const override { return nullptr; }
-  bool intersect(const ray& r, hit_record& hit, render_context& context) const override;
-  colour shade(ray_state& state) const override;
-  colour shadow_filter(ray_state& state) const override;
-
- private:
-  double height_;
-};
-
-// Returns a fixed colour and remembers every ray that asked for it.
-class probe_material : public material {
- public:
-  struct visit {
-    int kind;
-    direction dir;
-    colour weight;
-    const material* medium;
-  };
-  explicit probe_material(const colour& c) : answer(c) {}
-  colour shade(ray_state& state) const override {
-    visits.push_back({state.kind, state.r.dir, state.weight, state.medium});
-    return answer;
+// A world, its render context, and primary rays cast into it.
+struct bench {
+  world w;
+  render_context context;
+  ray_state start(const position& origin, const direction& d) { return primary_state(w, context, ray(origin, d)); }
+  colour trace(const position& origin, const direction& d) {
+    ray_state s = start(origin, d);
+    return w.trace(s);
   }
-  colour answer;
-  mutable std::vector<visit> visits;
 };
 
-// A state as if `r` had hit something at `distance` with surface normal `normal`.
-ray_state hit_state(const world& w, render_context& context, const ray& r, double distance, const direction& normal);
+// A sphere with its material.
+inline std::unique_ptr<sphere> ball(const position& centre, double radius, const material* m) {
+  auto b = std::make_unique<sphere>(centre, radius);
+  b->set_material(m);
+  return b;
+}
 
-// Traces one primary ray per pixel, looking straight down (-z) from
-// height `eye_z` over the square [-half, half]^2; row 0 is at y = +half.
-std::vector<colour> render_top_down(const world& w, render_context& context, int size, double half, double eye_z);
-// The pixel of that render that sees the point (x, y).
-int pixel_at(int size, double half, double x, double y);
+// The unbounded plane z = 0, normal +z.
+inline std::unique_ptr<plane> floor_plane(const material* m) {
+  auto p = std::make_unique<plane>();
+  p->set_material(m);
+  return p;
+}
+
+inline void expect_near(const vector& got, const vector& want, double tolerance) {
+  for (int i = 0; i < 3; ++i) EXPECT_NEAR(got[i], want[i], tolerance) << "channel " << i;
+}
 
 }  // namespace sciray::test
