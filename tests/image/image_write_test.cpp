@@ -1,91 +1,67 @@
-// image_write_test.cpp - the written file byte by byte, rewritten rows,
-// the value range, the other storage forms, and the writer's fatal errors.
+// image_write_test.cpp - the written file byte by byte, rewritten rows, the
+// value range, the other storage forms, the writer's fatal errors, and an
+// independent SGI decoder (python3-pil) reading a written picture.
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <array>
 #include <filesystem>
 
-#include "image/image.h"
 #include "image/image_test_files.h"
-#include "support/test_files.h"
 
 namespace sciray {
 namespace {
 
-using testing::bytes;
-using testing::captured_errors;
-using testing::le32;
-using testing::put_le;
-using testing::read_bytes;
-using testing::scratch_dir;
+using namespace testing;
 
-using row = std::vector<std::uint16_t>;
+// min_value, max_value and waste_bytes of a written file.
+using value_range = std::array<std::uint32_t, 3>;
+value_range range_of(const bytes& file) { return {le32(file, 12), le32(file, 16), le32(file, 20)}; }
 
 TEST(image_write, file_is_laid_out_byte_exactly) {
   // rows[y][z] with their encodings, worked out from the packet rules.
-  const row rows[2][3] = {{{0, 1, 2, 3}, {5, 5, 5, 7}, {7, 7, 7, 7}},
-                          {{1, 2, 3, 3}, {200, 200, 200, 200}, {9, 8, 9, 8}}};
+  const samples rows[2][3] = {{{0, 1, 2, 3}, {5, 5, 5, 7}, {7, 7, 7, 7}},
+                              {{1, 2, 3, 3}, {200, 200, 200, 200}, {9, 8, 9, 8}}};
   const bytes packed[2][3] = {{{0x82, 0, 1, 0x01, 2, 0x01, 3, 0}, {0x03, 5, 0x01, 7, 0}, {0x04, 7, 0}},
                               {{0x82, 1, 2, 0x02, 3, 0}, {0x04, 200, 0}, {0x82, 9, 8, 0x01, 9, 0x01, 8, 0}}};
-  const std::string path = scratch_dir() + "/layout.rgb";
-  image_file* image = iopen(path.c_str(), "w", 257, 3, 4, 2, 3);
-  ASSERT_NE(image, nullptr);
-  for (unsigned y = 0; y < 2; ++y)
-    for (unsigned z = 0; z < 3; ++z) ASSERT_EQ(putrow(image, rows[y][z].data(), y, z), 4);
-  ASSERT_EQ(iclose(image), 0);
+  const pixel_function value = [&](unsigned x, unsigned y, unsigned z) { return rows[y][z][x]; };
+  const std::string path = write_picture("layout.rgb", 4, 2, value);
 
-  bytes expected(512 + 48, 0);
-  const std::uint32_t header[][3] = {{0, 474, 2}, {2, 257, 2}, {4, 3, 2},    {6, 4, 2}, {8, 2, 2},
-                                     {10, 3, 2},  {12, 0, 4},  {16, 200, 4}, {20, 0, 4}};
-  for (const auto& [at, value, width] : header) put_le(expected, at, value, int(width));
-  std::memcpy(&expected[24], "no name", 7);
+  bytes expected = {0xda, 1,   1,   1,   3,   0,                       // magic 474, type 257, dim 3
+                    4,    0,   2,   0,   3,   0,                       // 4 by 2 pixels, 3 channels
+                    0,    0,   0,   0,   200, 0,   0,  0, 0, 0, 0, 0,  // values 0 to 200, no waste
+                    'n',  'o', ' ', 'n', 'a', 'm', 'e'};
+  expected.resize(512 + 48);
   // Rows follow the tables in write order; the tables are indexed y + z * ysize.
   for (unsigned y = 0; y < 2; ++y)
     for (unsigned z = 0; z < 3; ++z) {
-      put_le(expected, 512 + 4 * (y + 2 * z), std::uint32_t(expected.size()), 4);
-      put_le(expected, 512 + 24 + 4 * (y + 2 * z), std::uint32_t(packed[y][z].size()), 4);
+      put_le32(expected, 512 + 4 * (y + 2 * z), std::uint32_t(expected.size()));
+      put_le32(expected, 536 + 4 * (y + 2 * z), std::uint32_t(packed[y][z].size()));
       expected.insert(expected.end(), packed[y][z].begin(), packed[y][z].end());
     }
-  EXPECT_EQ(read_bytes(path), expected);
-
-  // Read back in this form and in the standard big-endian form.
-  const std::string big = scratch_dir() + "/layout_be.rgb";
-  testing::write_bytes(big, testing::to_big_endian(expected));
-  for (const std::string& file : {path, big}) {
-    const testing::rgb_picture p = testing::read_picture(file);
-    ASSERT_EQ(p.rgb.size(), 24u) << file;
-    for (unsigned y = 0; y < 2; ++y)
-      for (unsigned z = 0; z < 3; ++z)
-        for (unsigned x = 0; x < 4; ++x) EXPECT_EQ(p.rgb[(y * 4 + x) * 3 + z], rows[y][z][x]) << file;
-  }
+  EXPECT_EQ(file_bytes(path), expected);
+  // Read back as written and in the standard big-endian form.
+  for (const std::string& file : {path, scratch_file("layout_be.rgb", to_big_endian(expected))})
+    EXPECT_EQ(read_picture(file), pixels(4, 2, value)) << file;
 }
 
 TEST(image_write, rewritten_rows_and_value_range) {
   const std::string path = scratch_dir() + "/rewritten.rgb";
   image_file* image = iopen(path.c_str(), "w", 257, 3, 3, 1, 3);
-  ASSERT_NE(image, nullptr);
-  const row high = {90, 90, 90}, low = {1, 2, 3}, middle = {50, 50, 50};
-  putrow(image, high.data(), 0, 0);  // 3 bytes, then left behind
-  putrow(image, middle.data(), 0, 1);
-  putrow(image, middle.data(), 0, 2);
-  putrow(image, low.data(), 0, 0);
+  // Channel 0 first as 90s (3 bytes, then left behind), last as 1, 2, 3.
+  const std::pair<samples, unsigned> writes[] = {
+      {{90, 90, 90}, 0}, {{50, 50, 50}, 1}, {{50, 50, 50}, 2}, {{1, 2, 3}, 0}};
+  for (const auto& [row, z] : writes) EXPECT_EQ(putrow(image, row.data(), 0, z), 3);
   ASSERT_EQ(iclose(image), 0);
-  const bytes file = read_bytes(path);
-  EXPECT_EQ(le32(file, 12), 1u);   // min_value
-  EXPECT_EQ(le32(file, 16), 90u);  // max_value: every value written counts
-  EXPECT_EQ(le32(file, 20), 3u);   // waste_bytes
-  EXPECT_EQ(le32(file, 512), 536u + 3 + 3 + 3);
-  EXPECT_EQ(file.size(), 536u + 3 + 3 + 3 + 7);
-  EXPECT_EQ(testing::read_picture(path).rgb, (bytes{1, 50, 50, 2, 50, 50, 3, 50, 50}));
+  const bytes file = file_bytes(path);
+  EXPECT_EQ(range_of(file), (value_range{1, 90, 3}));  // every value written counts
+  EXPECT_EQ(le32(file, 512), 536u + 3 + 3 + 3);        // the new copy goes at the end
+  EXPECT_EQ(read_picture(path), (samples{1, 50, 50, 2, 50, 50, 3, 50, 50}));
 
-  const std::string zeros = scratch_dir() + "/zeros.rgb", empty = scratch_dir() + "/empty.rgb";
-  testing::write_picture(zeros, 2, 2, [](unsigned, unsigned, unsigned) { return std::uint16_t(0); });
-  EXPECT_EQ(le32(read_bytes(zeros), 12), 0u);
-  EXPECT_EQ(le32(read_bytes(zeros), 16), 0u);
-  ASSERT_EQ(iclose(iopen(empty.c_str(), "w", 257, 3, 2, 2, 3)), 0);
-  const bytes never = read_bytes(empty);
-  EXPECT_EQ(le32(never, 12), 10000000u);
-  EXPECT_EQ(le32(never, 16), 0u);
+  const pixel_function zero = [](unsigned, unsigned, unsigned) { return 0; };
+  EXPECT_EQ(range_of(file_bytes(write_picture("zeros.rgb", 2, 2, zero))), (value_range{0, 0, 0}));
+  ASSERT_EQ(iclose(iopen(path.c_str(), "w", 257, 3, 2, 2, 3)), 0);
+  const bytes never = file_bytes(path);
+  EXPECT_EQ(range_of(never), (value_range{10000000, 0, 0}));
   EXPECT_EQ(le32(never, 512), 0u);                   // rowstart
   EXPECT_EQ(le32(never, 512 + 4 * 6), 0xffffffffu);  // rowsize -1
   EXPECT_EQ(never.size(), 512u + 8 * 6);
@@ -97,67 +73,69 @@ TEST(image_write, dimensions_and_other_storage) {
   const unsigned cases[][6] = {{1, 5, 3, 1, 1, 1}, {2, 5, 3, 2, 5, 1}, {3, 4, 1, 2, 4, 1}, {3, 1, 3, 3, 1, 3}};
   for (const auto& [dim, ysize, zsize, dim_out, ysize_out, zsize_out] : cases) {
     ASSERT_EQ(iclose(iopen(path.c_str(), "w", 257, dim, 2, ysize, zsize)), 0);
-    const bytes file = read_bytes(path);
-    EXPECT_EQ(testing::le16(file, 4), dim_out);
-    EXPECT_EQ(testing::le16(file, 8), ysize_out);
-    EXPECT_EQ(testing::le16(file, 10), zsize_out);
+    const bytes file = file_bytes(path);
+    EXPECT_EQ((std::array{le16(file, 4), le16(file, 8), le16(file, 10)}), (std::array{dim_out, ysize_out, zsize_out}));
   }
 
   // Verbatim storage: row y of channel z at 512 + (y * xsize + z * xsize * ysize) * bytes.
-  const row samples = {0x1234, 0xabcd};
+  const samples two = {0x1234, 0xabcd};
   for (unsigned bpp : {1u, 2u}) {
     image_file* image = iopen(path.c_str(), "w", bpp, 3, 2, 3, 3);
-    ASSERT_EQ(putrow(image, samples.data(), 2, 1), 2);
+    ASSERT_EQ(putrow(image, two.data(), 2, 1), 2);
     ASSERT_EQ(iclose(image), 0);
-    const bytes file = read_bytes(path);
-    const std::size_t at = 512 + (2 * 2 + 1 * 2 * 3) * bpp;
-    ASSERT_EQ(file.size(), at + 2 * bpp);
-    const bytes expected = bpp == 1 ? bytes{0x34, 0xcd} : bytes{0x34, 0x12, 0xcd, 0xab};
-    EXPECT_EQ(bytes(file.begin() + long(at), file.end()), expected);
+    const bytes file = file_bytes(path);
+    ASSERT_EQ(file.size(), 512 + (2 * 2 + 1 * 2 * 3 + 2) * bpp);
+    EXPECT_EQ(bytes(file.end() - 2 * bpp, file.end()), (bpp == 1 ? bytes{0x34, 0xcd} : bytes{0x34, 0x12, 0xcd, 0xab}));
   }
 
   // Two bytes a value survive the trip through both storage forms.
-  for (unsigned type : {0x002u, 0x102u}) {
-    image_file* image = iopen(path.c_str(), "w", type, 2, 2, 3, 1);
-    putrow(image, samples.data(), 1, 0);
-    ASSERT_EQ(iclose(image), 0);
-    image = iopen(path.c_str(), "r", 0, 0, 0, 0, 0);
-    row back(2);
-    EXPECT_EQ(getrow(image, back.data(), 1, 0), 2);
-    EXPECT_EQ(back, samples);
-    iclose(image);
-  }
+  const pixel_function wide = [](unsigned x, unsigned y, unsigned z) { return 0xabcd - 0x1234 * x + 3 * y + z; };
+  for (unsigned type : {0x002u, 0x102u})
+    EXPECT_EQ(read_picture(write_picture("wide.rgb", 2, 3, wide, type)), pixels(2, 3, wide)) << type;
 }
 
 TEST(image_write, errors_are_fatal_one_line_messages) {
-  const std::string dir = scratch_dir();
-  const std::string missing = dir + "/missing/out.rgb", path = dir + "/out.rgb";
-  const row samples(4, 1);
-  using ::testing::ExitedWithCode;
-  EXPECT_EXIT(iopen(missing.c_str(), "w", 257, 3, 4, 2, 3), ExitedWithCode(1),
-              "^iopen: can't open output file " + missing + "\n$");
-  EXPECT_EXIT(iopen(path.c_str(), "w+", 257, 3, 4, 2, 3), ExitedWithCode(1),
-              "^iopen: read/write mode not supported\n$");
+  const std::string missing = scratch_dir() + "/missing/out.rgb", path = scratch_dir() + "/out.rgb";
+  const samples row(4, 1);
+  const auto put = [&](unsigned type, unsigned y, unsigned z) {
+    putrow(iopen(path.c_str(), "w", type, 3, 4, 2, 3), row.data(), y, z);
+  };
+  const std::pair<std::function<void()>, std::string> cases[] = {
+      {[&] { iopen(missing.c_str(), "w", 257, 3, 4, 2, 3); }, "iopen: can't open output file " + missing},
+      {[&] { iopen(path.c_str(), "w+", 257, 3, 4, 2, 3); }, "iopen: read/write mode not supported"},
+      {[&] { put(257, 2, 0); }, "img_seek: row number out of range"},
+      {[&] { put(257, 0, 3); }, "img_seek: row number out of range"},
+      {[&] { put(0x103, 2, 0); }, "putrow: weird bpp"},
+      {[&] { put(0x201, 2, 0); }, "putrow: weird image type"},
+  };
+  for (const auto& [call, message] : cases) EXPECT_EXIT(call(), ::testing::ExitedWithCode(1), "^" + message + "\n$");
   if (std::filesystem::exists("/dev/full")) {
-    EXPECT_EXIT(iopen("/dev/full", "w", 257, 3, 4, 2, 3), ExitedWithCode(1),
+    EXPECT_EXIT(iopen("/dev/full", "w", 257, 3, 4, 2, 3), ::testing::ExitedWithCode(1),
                 "^iopen: error on write of image header\n$");
   }
-  const std::pair<unsigned, const char*> cases[] = {{257, "^img_seek: row number out of range\n$"},
-                                                    {0x103, "^putrow: weird bpp\n$"},
-                                                    {0x201, "^putrow: weird image type\n$"}};
-  for (const auto& [type, message] : cases)
-    EXPECT_EXIT(putrow(iopen(path.c_str(), "w", type, 3, 4, 2, 3), samples.data(), 2, 0), ExitedWithCode(1), message);
-  EXPECT_EXIT(putrow(iopen(path.c_str(), "w", 257, 3, 4, 2, 3), samples.data(), 0, 3), ExitedWithCode(1),
-              "^img_seek: row number out of range\n$");
 
   // With a handler the message goes to it and the call fails instead.
   captured_errors errors;
   EXPECT_EQ(iopen(missing.c_str(), "w", 257, 3, 4, 2, 3), nullptr);
   image_file* image = iopen(path.c_str(), "w", 257, 3, 4, 2, 3);
-  EXPECT_EQ(putrow(image, samples.data(), 2, 0), -1);
+  EXPECT_EQ(putrow(image, row.data(), 2, 0), -1);
   EXPECT_EQ(iclose(image), 0);
   EXPECT_EQ(errors.text(), "iopen: can't open output file " + missing + "\nimg_seek: row number out of range\n");
-  EXPECT_EQ(read_bytes(path).size(), 512u + 8 * 6);  // the refused row left nothing behind
+  EXPECT_EQ(file_bytes(path).size(), 512u + 8 * 6);  // the refused row left nothing behind
+}
+
+TEST(image_write, independent_decoder_agrees) {
+  // Wide enough for repeat and literal packets longer than 126, with flat
+  // stretches, ramps and channel differences.
+  const pixel_function value = [](unsigned x, unsigned y, unsigned z) {
+    return std::uint16_t(x < 140 ? 20 * y + 60 * z : (x * 7 + y * 3 + z * 11) % 251);
+  };
+  const std::string path = write_picture("picture.rgb", 301, 7, value);
+  const samples expected = pixels(301, 7, value);
+  EXPECT_TRUE(read_picture(path) == expected);
+  const auto [format, pil] = decode_with_pil(scratch_file("picture_be.rgb", to_big_endian(file_bytes(path))));
+  EXPECT_EQ(format, "SGI 301 7");
+  EXPECT_TRUE(pil == expected) << "python3-pil decodes different pixels";
 }
 
 }  // namespace
