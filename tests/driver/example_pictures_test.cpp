@@ -6,64 +6,20 @@
 // SCIRAY_UPDATE_REFERENCES=1 and review the written files before checking in.
 #include <gtest/gtest.h>
 
-#include <cstdint>
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include "image/image.h"
-#include "support/test_files.h"
+#include "image/image_test_files.h"
 
 namespace sciray {
 namespace {
 
-namespace fs = std::filesystem;
-using testing::read_file;
-using testing::run_program;
-using testing::run_sciray;
-using testing::scratch_dir;
-using testing::write_scratch_file;
+using namespace sciray::testing;
 
-constexpr int small_width = 96, small_height = 72;
-
-struct picture {
-  unsigned width = 0, height = 0;
-  std::vector<std::uint16_t> samples;  // channel-major: [z][y][x]
-  std::uint16_t at(unsigned x, unsigned y, unsigned z) const { return samples[(z * height + y) * width + x]; }
-};
-
-picture load(const std::string& path) {
-  picture p;
-  const std::string bytes = read_file(path);
-  if (bytes.size() < 12) return p;
-  auto u16 = [&](std::size_t o) { return unsigned(std::uint8_t(bytes[o])) | unsigned(std::uint8_t(bytes[o + 1])) << 8; };
-  image_file* image = iopen(path.c_str(), "r", 0, 0, 0, 0, 0);
-  if (!image) return p;
-  p.width = u16(6);
-  p.height = u16(8);
-  p.samples.resize(3 * std::size_t(p.width) * p.height);
-  for (unsigned z = 0; z < 3; ++z)
-    for (unsigned y = 0; y < p.height; ++y) getrow(image, &p.samples[(z * p.height + y) * p.width], y, z);
-  iclose(image);
-  return p;
-}
-
-// Writes a picture that is black where a and b agree and white where they differ.
-void write_difference(const picture& a, const picture& b, const std::string& rgb) {
-  image_file* image = iopen(rgb.c_str(), "w", 257, 3, a.width, a.height, 3);
-  std::vector<std::uint16_t> row(a.width);
-  for (unsigned z = 0; z < 3; ++z)
-    for (unsigned y = 0; y < a.height; ++y) {
-      for (unsigned x = 0; x < a.width; ++x) {
-        bool same = true;
-        for (unsigned c = 0; c < 3; ++c) same = same && a.at(x, y, c) == b.at(x, y, c);
-        row[x] = same ? 0 : 255;
-      }
-      putrow(image, row.data(), y, z);
-    }
-  iclose(image);
-}
+constexpr unsigned small_width = 96, small_height = 72;
 
 std::string small_scene(const std::string& example) {
   // A render block later in the file changes only the keys it names.
@@ -81,25 +37,23 @@ TEST_P(example_picture, matches_its_reference) {
 
   const std::string reference = std::string(SCIRAY_SOURCE_DIR) + "/tests/reference/" + name + ".rgb";
   if (std::getenv("SCIRAY_UPDATE_REFERENCES")) {
-    fs::copy_file(rendered, reference, fs::copy_options::overwrite_existing);
+    std::filesystem::copy_file(rendered, reference, std::filesystem::copy_options::overwrite_existing);
     GTEST_SKIP() << "reference written: " << reference;
   }
-  const picture want = load(reference), got = load(rendered);
-  ASSERT_EQ(want.width, unsigned(small_width)) << "missing or unreadable reference " << reference;
-  ASSERT_EQ(got.width, want.width);
-  ASSERT_EQ(got.height, want.height);
-  int differing = 0;
-  for (unsigned y = 0; y < got.height; ++y)
-    for (unsigned x = 0; x < got.width; ++x) {
-      bool same = true;
-      for (unsigned z = 0; z < 3; ++z) same = same && got.at(x, y, z) == want.at(x, y, z);
-      differing += same ? 0 : 1;
-    }
+  const samples want = read_picture(reference), got = read_picture(rendered);
+  ASSERT_EQ(got.size(), want.size()) << "missing or unreadable reference " << reference;
+  // A pixel differs when any of its three channels does.
+  std::vector<bool> differs(got.size() / 3);
+  for (std::size_t i = 0; i < got.size(); ++i) differs[i / 3] = differs[i / 3] || got[i] != want[i];
+  const auto differing = std::count(differs.begin(), differs.end(), true);
   if (differing > 0) {
-    const std::string diff = scratch_dir() + "/" + name + "_difference";
-    write_difference(got, want, diff + ".rgb");
-    run_program(SCIRAY_PNG_BINARY, {diff + ".png", diff + ".rgb"});
-    ADD_FAILURE() << differing << " pixels differ from " << reference << "; difference picture: " << diff << ".png";
+    const std::string diff = write_picture(name + "_difference.rgb", small_width, small_height,
+                                           [&](unsigned x, unsigned y, unsigned) -> std::uint16_t {
+                                             return differs[y * small_width + x] ? 255 : 0;
+                                           });
+    const std::string png = scratch_dir() + "/" + name + "_difference.png";
+    run_program(SCIRAY_PNG_BINARY, {png, diff});
+    ADD_FAILURE() << differing << " pixels differ from " << reference << "; difference picture: " << png;
   }
 }
 
