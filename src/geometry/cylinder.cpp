@@ -61,14 +61,4 @@ void cylinder::surface(ray_state& state) const {
   state.hit.surface_coords = vector(u, h, 0.0);
 }
 
-colour cylinder::shade(ray_state& state) const {
-  surface(state);
-  return material_shade(state);
-}
-
-colour cylinder::shadow_filter(ray_state& state) const {
-  surface(state);
-  return material_transmittance(state);
-}
-
 }  // namespace sciray

@@ -11,8 +11,6 @@ class cylinder : public primitive {
 
   const bounding_box* bounds() const override { return &box_; }
   bool intersect(const ray& r, hit_record& hit, render_context& context) const override;
-  colour shade(ray_state& state) const override;
-  colour shadow_filter(ray_state& state) const override;
 
   // Data values at the two ends (contour lines); written by the reader.
   double value_start = 0.0;
@@ -23,7 +21,7 @@ class cylinder : public primitive {
   double length() const { return length_; }
 
  private:
-  void surface(ray_state& state) const;
+  void surface(ray_state& state) const override;
 
   position start_, end_;
   double radius_;

@@ -38,14 +38,4 @@ void plane::surface(ray_state& state) const {
   state.hit.surface_coords = vector(dot(local, u_axis_), dot(local, v_axis_), 0.0);
 }
 
-colour plane::shade(ray_state& state) const {
-  surface(state);
-  return material_shade(state);
-}
-
-colour plane::shadow_filter(ray_state& state) const {
-  surface(state);
-  return material_transmittance(state);
-}
-
 }  // namespace sciray

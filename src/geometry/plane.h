@@ -11,10 +11,9 @@ class plane : public primitive {
 
   const bounding_box* bounds() const override { return nullptr; }
   bool intersect(const ray& r, hit_record& hit, render_context& context) const override;
-  colour shade(ray_state& state) const override;
-  colour shadow_filter(ray_state& state) const override;
 
  protected:
+  void surface(ray_state& state) const override;
   // The ray-plane step: true with the root in `t` when the ray meets the
   // plane (not parallel to it) at a distance above 1e-6.
   bool plane_root(const ray& r, double& t) const;
@@ -23,9 +22,6 @@ class plane : public primitive {
   position point_;    // a point of the plane
   double offset_;     // normal . point
   direction u_axis_, v_axis_;
-
- private:
-  void surface(ray_state& state) const;
 };
 
 }  // namespace sciray

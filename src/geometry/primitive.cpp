@@ -1,15 +1,17 @@
-// primitive.cpp - forwarding a hit to the primitive's material.
+// primitive.cpp - shading a hit: the shape's geometry step, then the material.
 #include "geometry/primitive.h"
 
 #include "shading/material.h"
 
 namespace sciray {
 
-colour primitive::material_shade(ray_state& state) const {
+colour primitive::shade(ray_state& state) const {
+  surface(state);
   return material_ ? material_->shade(state) : colour{};
 }
 
-colour primitive::material_transmittance(ray_state& state) const {
+colour primitive::shadow_filter(ray_state& state) const {
+  surface(state);
   return material_ ? material_->transmittance(state) : colour{};
 }
 

@@ -29,14 +29,15 @@ class primitive {
   void set_material(const material* m) { material_ = m; }
 
   virtual bool intersect(const ray& r, hit_record& hit, render_context& context) const = 0;
-  virtual colour shade(ray_state& state) const = 0;
-  virtual colour shadow_filter(ray_state& state) const = 0;
+  // The material's shade, respectively transmission, at the hit in `state`
+  // after surface() has filled it in; black when no material is set.
+  virtual colour shade(ray_state& state) const;
+  virtual colour shadow_filter(ray_state& state) const;
 
  protected:
-  // The material's shade and transmission operations for the hit in
-  // `state`; black when no material is set.
-  colour material_shade(ray_state& state) const;
-  colour material_transmittance(ray_state& state) const;
+  // The shape's geometry step: normal, value and surface coordinates of the
+  // hit recorded in `state`.
+  virtual void surface(ray_state& state) const = 0;
 
   const material* material_ = nullptr;  // not owned
 };

@@ -49,14 +49,4 @@ void sphere::surface(ray_state& state) const {
   state.hit.surface_coords = vector(radius_ * std::atan2(y, x), radius_ * std::asin(z), 0.0);
 }
 
-colour sphere::shade(ray_state& state) const {
-  surface(state);
-  return material_shade(state);
-}
-
-colour sphere::shadow_filter(ray_state& state) const {
-  surface(state);
-  return material_transmittance(state);
-}
-
 }  // namespace sciray

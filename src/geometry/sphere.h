@@ -11,15 +11,12 @@ class sphere : public primitive {
 
   const bounding_box* bounds() const override { return &box_; }
   bool intersect(const ray& r, hit_record& hit, render_context& context) const override;
-  colour shade(ray_state& state) const override;
-  colour shadow_filter(ray_state& state) const override;
 
   const direction& pole() const { return pole_; }
   const direction& equator() const { return equator_; }
 
  private:
-  // Fills the normal and the surface coordinates of the hit in `state`.
-  void surface(ray_state& state) const;
+  void surface(ray_state& state) const override;
 
   position center_;
   double radius_;

@@ -67,8 +67,7 @@ bool triangle::intersect(const ray& r, hit_record& hit, render_context& context)
   return true;
 }
 
-colour triangle::shade(ray_state& state) const { return material_shade(state); }
-
-colour triangle::shadow_filter(ray_state& state) const { return material_transmittance(state); }
+// The weights were at hand in intersect(), which wrote the hit's surface data.
+void triangle::surface(ray_state&) const {}
 
 }  // namespace sciray

@@ -13,8 +13,6 @@ class triangle : public plane {
 
   const bounding_box* bounds() const override { return &box_; }
   bool intersect(const ray& r, hit_record& hit, render_context& context) const override;
-  colour shade(ray_state& state) const override;
-  colour shadow_filter(ray_state& state) const override;
 
   void set_corner_normals(const direction& n0, const direction& n1, const direction& n2);
   void set_corner_values(double v0, double v1, double v2);
@@ -25,6 +23,7 @@ class triangle : public plane {
   double corner_value(int k) const { return corner_value_[k]; }
 
  private:
+  void surface(ray_state& state) const override;
   matrix4 to_local_{};  // rows 0 and 1 map a point to the weights of corners 1 and 2
   int valid_ = 0;
   direction corner_normal_[3];
