@@ -43,7 +43,9 @@ void prepare_world(world& w, const render_settings& r, const camera_basis& basis
   w.depth_max = r.depth;
   w.shadows = r.shadows;
   w.highlights = r.highlights;
-  w.sky = make_sky(sky_from(r), basis.up_accepted, context.noise, context.random);
+  // The sky's up is a direction made from the accepted up vector as the
+  // viewing block stored it, before any roll.
+  w.sky = make_sky(sky_from(r), normalise(basis.up_accepted), context.noise, context.random);
   w.atmosphere.index_by_channel = {r.atmosphere_ior, r.atmosphere_ior, r.atmosphere_ior};
   w.atmosphere.set_atmosphere(r.atmosphere, r.atmosphere_len);
 }

@@ -63,13 +63,6 @@ void cloud_blend::set_weights(const direction& d, double* weights) const {
 
 std::unique_ptr<colour_source> make_sky(const sky_settings& s, const direction& up, noise_registry& registry,
                                         rand_stream& random) {
-  // The cloud noise is made whatever the sky turns out to be, so the noise
-  // lattice always exists (and has drawn its random values) before tracing.
-  auto noise = std::make_unique<fractal_noise>(s.cloud_scale, 1.0, 0.0, registry, random);
-  noise->depth = s.cloud_depth;
-  noise->ratio = 0.571;
-  noise->update_normaliser();
-
   struct entry {
     colour top;
     double fraction;
@@ -84,6 +77,12 @@ std::unique_ptr<colour_source> make_sky(const sky_settings& s, const direction& 
 
   if (count == 1) return std::make_unique<sky_gradient>(up, entries[0].top, s.horizon, s.ground);
 
+  // Only clouds need the noise; making it may fill the noise lattice, which
+  // draws on the random stream, so a clear sky must not make it.
+  auto noise = std::make_unique<fractal_noise>(s.cloud_scale, 1.0, 0.0, registry, random);
+  noise->depth = s.cloud_depth;
+  noise->ratio = 0.571;
+  noise->update_normaliser();
   const bool smooth = s.cloud_sharpness < 2.0 / 3.0;
   auto blend = std::make_unique<cloud_blend>(std::move(noise), up, position(s.cloud_offset), smooth);
   for (int i = 0; i < count; ++i)

@@ -60,8 +60,8 @@ struct sky_settings {
   int cloud_depth;
 };
 
-// Builds the sky; the cloud noise (and with it, if no material made it
-// before, the noise lattice) is created here.
+// Builds the sky. A sky with clouds makes its noise here (and with it, if no
+// material made it before, the noise lattice); a clear sky draws nothing.
 std::unique_ptr<colour_source> make_sky(const sky_settings& s, const direction& up, noise_registry& registry,
                                         rand_stream& random);
 

@@ -118,7 +118,8 @@ colour material::transmittance(ray_state& state) const {
   const colour weight = state.weight * refractive;
   ray_state next;
   if (state.target_at_infinity) {
-    next = spawned_state(state, transmission_ray, from, state.r.dir, weight, medium);
+    // The light's direction, normalised again like every new ray's.
+    next = spawned_state(state, transmission_ray, from, normalise(state.r.dir), weight, medium);
     next.target_at_infinity = true;
   } else {
     next = transmission_state(state, from, state.target, weight, medium);

@@ -55,6 +55,19 @@ TEST(scene_render, small_test_scene_counts_its_objects_and_shows_the_ground_arou
   EXPECT_EQ(pixel(s, 40, 0, 0), ground);
 }
 
+TEST(scene_render, sky_up_is_the_accepted_up_vector_normalised_again) {
+  // The line of sight is perpendicular to the up vector, so every ray grazes
+  // the horizon: the last bit of the sky's up decides between the horizon
+  // (white) and the ground (black). Normalising the stored up vector once
+  // more tips these rays just above the horizon.
+  const std::string scene =
+      "render_002 { width 4 height 4 zenith 1 1 1 horizon 1 1 1 ground 0 0 0 atmosphere_len 0 }\n"
+      "viewing_001 { viewpoint 0 0 0 lookat 54 -39 -12 up_vector_1 5 6 3 projection orthographic }\n";
+  const samples s = render(scene);
+  for (int y = 0; y < 4; ++y)
+    for (int x = 0; x < 4; ++x) EXPECT_EQ(pixel(s, 4, x, y), (rgb{255, 255, 255})) << x << ", " << y;
+}
+
 // A square facing the camera whose data value runs from 0 at its left edge
 // to 2 at its right, coloured by three bands at 0, 1 and 2 that show pure
 // red, green and blue under white ambient light.

@@ -15,6 +15,10 @@ namespace {
 
 constexpr int n = noise_lattice_size;
 
+void test_near(const vector& got, const vector& want) {
+  for (int i = 0; i < 3; ++i) EXPECT_NEAR(got[i], want[i], 1e-14) << "component " << i;
+}
+
 TEST(noise_lattice, filled_from_the_stream_wrapped_and_summed_in_octaves) {
   // The first fractal generator makes the lattice; a second shares it and
   // draws nothing.
@@ -72,12 +76,39 @@ TEST(noise_lattice, filled_from_the_stream_wrapped_and_summed_in_octaves) {
   EXPECT_NEAR(lattice.noise3(position(3.5, 7.0, 11.0)),
               0.5 * lattice.corner_value(3, 7, 11) + 0.5 * lattice.corner_value(4, 7, 11), 1e-15);
 
+  // Between lattice points: each axis weighs its own two corners, x with
+  // the fraction of p.x, y of p.y, z of p.z (no smoothing curve).
+  const position p(3.25, 7.5, 11.875);
+  double want = 0.0;
+  vector want_vector;
+  for (int a = 0; a < 2; ++a)
+    for (int b = 0; b < 2; ++b)
+      for (int c = 0; c < 2; ++c) {
+        const double w = (a ? 0.25 : 0.75) * (b ? 0.5 : 0.5) * (c ? 0.875 : 0.125);
+        want += w * lattice.corner_value(3 + a, 7 + b, 11 + c);
+        want_vector += w * lattice.corner_vector(3 + a, 7 + b, 11 + c);
+      }
+  EXPECT_NEAR(lattice.noise3(p), want, 1e-15);
+  test_near(lattice.vnoise3(p), want_vector);
+
   // The fractal sum.
   EXPECT_EQ(f.normaliser, 1 / 1.75);  // depth 3, ratio 0.5
   for (int i = 0; i < 20; ++i) {  // the sum lies in [offset, offset + amplitude]
     const double sum = f.value(position(i * 0.71, i * -0.13, i * 2.9));
     EXPECT_TRUE(sum >= 0.5 && sum <= 3.5) << sum;
   }
+  // Three octaves with the clouds' ratio: each octave divides the point and
+  // multiplies the weight by the ratio.
+  f.ratio = 0.571;
+  f.update_normaliser();
+  const double r = 0.571, a0 = 3.0 / (1 + r + r * r);
+  const position q0(3.25, 1.125, 2.375), q1 = q0 / r, q2 = q1 / r;
+  EXPECT_NEAR(f.value(position(6.5, 2.25, 4.75)),
+              0.5 + a0 * lattice.noise3(q0) + a0 * r * lattice.noise3(q1) + a0 * r * r * lattice.noise3(q2), 1e-14);
+  test_near(f.vector_value(position(6.5, 2.25, 4.75)),
+            vector(0.5, 0.5, 0.5) + a0 * lattice.vnoise3(q0) + a0 * r * lattice.vnoise3(q1) +
+                a0 * r * r * lattice.vnoise3(q2));
+  f.ratio = 0.5;
   // One octave: the lattice noise at p / scale.
   f.depth = 1;
   f.update_normaliser();

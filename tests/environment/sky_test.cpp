@@ -30,13 +30,14 @@ sky_settings settings(double inner_frac, double outer_frac, double sharpness) {
 }
 
 TEST(sky_gradient, zenith_horizon_ground_from_the_settings) {
-  // No cloud fractions: one gradient; the noise lattice is made all the same.
+  // No cloud fractions: one gradient and no noise, so nothing is drawn from
+  // the random stream (an area light's jitter starts where reading left it).
   rand_stream random, reference;
   noise_registry registry;
   const auto sky = make_sky(settings(0.0, 0.0, 0.85), up, registry, random);
   ASSERT_NE(dynamic_cast<const sky_gradient*>(sky.get()), nullptr);
-  for (int i = 0; i < 4 * noise_lattice_size; ++i) reference.next();
   EXPECT_EQ(random.next(), reference.next());
+  EXPECT_TRUE(registry.lattice.expired());
   EXPECT_EQ(sky->colour_of(up), blue);
   EXPECT_EQ(sky->colour_of(horizontal), white);
   // The square root: a quarter of the way up in elevation is half way in colour.
@@ -47,6 +48,12 @@ TEST(sky_gradient, zenith_horizon_ground_from_the_settings) {
   EXPECT_TRUE(std::isnan(sky->colour_of(direction(nan, nan, nan)).x));
   // Only the inner cloud has a fraction above 0: a gradient with its colour on top.
   EXPECT_EQ(make_sky(settings(1.0, 0.0, 0.85), up, registry, random)->colour_of(up), red);
+  EXPECT_EQ(random.next(), reference.next());
+
+  // Clouds make the noise, and the first noise fills the lattice: 40000 draws.
+  const auto cloudy = make_sky(settings(0.3, 0.0, 0.85), up, registry, random);
+  for (int i = 0; i < 4 * noise_lattice_size; ++i) reference.next();
+  EXPECT_EQ(random.next(), reference.next());
 }
 
 TEST(sky_clouds, layer_weights_and_layers_from_the_settings) {

@@ -25,6 +25,13 @@ TEST(matrix4, inversion_and_singular_input) {
     for (int c = 0; c < 4; ++c)
       EXPECT_NEAR(d[r][0] * inv[0][c] + d[r][1] * inv[1][c] + d[r][2] * inv[2][c] + d[r][3] * inv[3][c], r == c, 1e-12);
 
+  // A tiny leading entry: taken as the pivot it would swamp row 1 (1 - 1e20
+  // is -1e20) and lose the true inverse; the larger pivot keeps it.
+  ASSERT_TRUE(invert({{{1e-20, 1, 0, 0}, {1, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, inv));
+  EXPECT_EQ(inv[0][0], -1.0);
+  EXPECT_EQ(inv[0][1], 1.0);
+  EXPECT_EQ(inv[1][0], 1.0);
+
   // Singular: row 1 twice row 0 leaves column 1 without a pivot; so does a zero row.
   EXPECT_FALSE(invert({{{1, 2, 0, 0}, {2, 4, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, inv));
   EXPECT_FALSE(invert({{{1, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, inv));

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "test_scene.h"
 
@@ -116,6 +117,16 @@ TEST(light_area, samples_and_random_draws) {
   EXPECT_EQ(lp.context.random.next(), reference.next());
 }
 
+// Clear glass that remembers the direction of every shadow ray through it.
+struct recording_glass : material {
+  recording_glass() { refractive = colour(1.0, 1.0, 1.0); }
+  colour transmittance(ray_state& state) const override {
+    visits.push_back(state.r.dir);
+    return material::transmittance(state);
+  }
+  mutable std::vector<vector> visits;
+};
+
 TEST(light_directional, gathered_with_world_ambient_highlights_and_shadows) {
   // An unattenuated directional light and a point light of constant attenuation.
   lit_point lp(up, up, 1.0);
@@ -136,6 +147,20 @@ TEST(light_directional, gathered_with_world_ambient_highlights_and_shadows) {
   material green_glass;
   green_glass.refractive = colour(0.0, 1.0, 0.0);
   EXPECT_EQ(under_ball(sun, green_glass, 1000.0), std::make_pair(colour(0.0, 0.5, 0.0), 3u));
+
+  // The shadow ray continued through glass is a new ray, its direction
+  // normalised again; for this light that changes the last bit.
+  const vector location(5.0, 6.0, 3.0);
+  const direction towards = normalise(location);
+  ASSERT_NE(normalise(towards), towards);
+  recording_glass glass;
+  lit_point slanted(up, up, 0.0);
+  slanted.w.shadows = true;
+  slanted.w.add(test::ball(position(3 * towards), 0.5, &glass));
+  slanted.light_up(directional_light(direction::as_given(-towards), light_colour, light_ambient));
+  ASSERT_EQ(glass.visits.size(), 2u);
+  EXPECT_EQ(glass.visits[0], towards);
+  EXPECT_EQ(glass.visits[1], normalise(towards));
 }
 
 }  // namespace

@@ -79,6 +79,13 @@ TEST(material_shade, colour_terms_secondary_rays_and_dispersion) {
   EXPECT_LT(here.x, 0.76);
   EXPECT_EQ(b.shade(m, down, b.air, position(0.3, 0.0, 0.0)), here);
   EXPECT_NE(b.shade(m, down, b.air, position(0.37, 0.0, 0.0)), here);
+  // The bump is centred: with no octaves the noise is 0 everywhere, and
+  // taking half the amplitude off tilts the normal to (-1, -1, 3) / |..|.
+  m.rough->noise->depth = 0;
+  m.rough->noise->amplitude = 0.5;
+  m.rough->noise->update_normaliser();
+  test::expect_near(b.shade(m, down, b.air), colour(0.5, 0.25, 1.0) * (0.75 / std::sqrt(0.6875)) +
+                                                 colour(0.26, 0.145, 0.03), 1e-12);
 
   // Secondary rays: the mirror's reflection, and refraction into and out of glass.
   material mirror, glass;
@@ -87,6 +94,9 @@ TEST(material_shade, colour_terms_secondary_rays_and_dispersion) {
   glass.index_by_channel = vector(1.5, 1.5, 1.5);
   EXPECT_EQ(b.shade(mirror, at_angle(30, -1), b.air), colour(0.1, 0.1, 0.8));
   b.expect_sent(reflected_ray, at_angle(30, 1), b.air, mirror.reflective);
+  // A mirror met inside a body reflects the ray back into that body.
+  b.shade(mirror, at_angle(30, -1), &glass);
+  b.expect_sent(reflected_ray, at_angle(30, 1), &glass, mirror.reflective);
   // Entering at 30 degrees: Snell's law with 1 / 1.5; the ray then travels in the glass.
   b.shade(glass, at_angle(30, -1), b.air);
   b.expect_sent(refracted_ray, vector(0.5 / 1.5, 0.0, -std::sqrt(1 - 1 / 9.0)), &glass, clear);
@@ -102,17 +112,17 @@ TEST(material_shade, colour_terms_secondary_rays_and_dispersion) {
   prism.refractive = colour(1.0, 0.5, 0.25);
   prism.index_by_channel = vector(1.4, 1.5, 1.6);
   EXPECT_EQ(b.shade(prism, at_angle(30, -1), b.air), colour(0.2, 0.2, 0.2));
-  ASSERT_EQ(b.probe.visits.size(), 7u);
+  ASSERT_EQ(b.probe.visits.size(), 8u);
   const colour weights[3] = {colour(1.0, 0.0, 0.0), colour(0.0, 0.5, 0.0), colour(0.0, 0.0, 0.25)};
   for (int channel = 0; channel < 3; ++channel) {
-    EXPECT_EQ(b.probe.visits[4 + channel].weight, weights[channel]);
-    EXPECT_NEAR(b.probe.visits[4 + channel].r.dir.x, 0.5 / prism.index_by_channel[channel], 1e-12);
+    EXPECT_EQ(b.probe.visits[5 + channel].weight, weights[channel]);
+    EXPECT_NEAR(b.probe.visits[5 + channel].r.dir.x, 0.5 / prism.index_by_channel[channel], 1e-12);
   }
   // No spread: a single ray. An atmosphere as dense as the glass does not bend it.
   b.w.atmosphere.index_by_channel = prism.index_by_channel = vector(1.5, 1.5, 1.5);
   b.shade(prism, at_angle(30, -1), b.air);
   b.expect_sent(refracted_ray, at_angle(30, -1), &prism, prism.refractive);
-  EXPECT_EQ(b.probe.visits.size(), 8u);
+  EXPECT_EQ(b.probe.visits.size(), 9u);
 }
 
 TEST(medium_formulas, haze_and_body_attenuation) {
