@@ -1,10 +1,11 @@
-// block_input.cpp - value conversions with sscanf, exactly as the C library
-// does them (a token that begins with a number reads that number and the
-// rest is ignored), and the fatal messages of the block readers.
+// block_input.cpp - value conversions exactly as the C library's sscanf does
+// them (a token that begins with a number reads that number and the rest is
+// ignored), and the fatal messages of the block readers.
 #include "scene_file/block_input.h"
 
 #include <cstdlib>
 
+#include "scene_file/number_parse.h"
 #include "shading/world.h"
 
 namespace sciray {
@@ -34,15 +35,15 @@ void block_input::expect_open(std::string_view what) {
 }
 
 template <typename T>
-T block_input::convert(const char* format, std::string_view what) {
+T block_input::convert(bool (*parse)(const char*, T&), std::string_view what) {
   T value{};
-  if (std::sscanf(tokens_.next(), format, &value) != 1) fail("Unable to read " + std::string(what));
+  if (!parse(tokens_.next(), value)) fail("Unable to read " + std::string(what));
   return value;
 }
 
-int block_input::read_int(std::string_view what) { return convert<int>("%d", what); }
-double block_input::read_real(std::string_view what) { return convert<double>("%le", what); }
-float block_input::read_single(std::string_view what) { return convert<float>("%e", what); }
+int block_input::read_int(std::string_view what) { return convert<int>(parse_int, what); }
+double block_input::read_real(std::string_view what) { return convert<double>(parse_real, what); }
+float block_input::read_single(std::string_view what) { return convert<float>(parse_single, what); }
 
 vector block_input::read_triple(std::string_view what) {
   vector v;

@@ -68,10 +68,9 @@ class block_input {
   [[noreturn]] void unknown(std::string_view token, std::string_view where) const;
 
  private:
-  // Converts the next token with `format` into `value`; stops the run unless
-  // the conversion stores exactly one value.
+  // Converts the next token with `parse`; stops the run unless it stores a value.
   template <typename T>
-  T convert(const char* format, std::string_view what);
+  T convert(bool (*parse)(const char*, T&), std::string_view what);
 
   token_reader& tokens_;
   const char* block_;

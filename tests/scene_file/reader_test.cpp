@@ -37,6 +37,18 @@ TEST(reader_tokens, long_lines_are_read_in_511_character_pieces) {
   expect_messages({{open + "width 300 }\n", "Error (render_002): Unknown keyword 'wi' within render block"}});
 }
 
+TEST(reader_tokens, files_larger_than_the_read_block) {
+  // Hundreds of kilobytes of records, with comments and CR LF between them:
+  // every token survives the refills of the reader's buffer.
+  std::string text = numbered_colormap(1) + "gr_geometry_001 {\r\n";
+  const int symbols = 30000;
+  for (int i = 0; i < symbols; ++i)
+    text += (i % 7 ? " " : "#" + std::to_string(i) + "\n") + "gr_symbol { type gr_o xyz " + std::to_string(i) + " -" +
+            std::to_string(i) + ".5 1e-3 }\r\n";
+  scene_from_text s(text + "}");
+  EXPECT_EQ(s.scene.object_count(), static_cast<std::size_t>(symbols));
+}
+
 TEST(reader_blocks, any_order_older_versions_and_unknown_keywords) {
   // A repeated block overwrites only what it names; render_001 is render_002.
   scene_from_text s("viewing_001 { roll_angle 5 }\nrender_001 { width 100 height 90 }\n"
