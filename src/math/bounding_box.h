@@ -1,7 +1,6 @@
 // bounding_box.h - axis-aligned boxes made of three intervals that may be empty.
 #pragma once
 
-#include "math/ray.h"
 #include "math/vector.h"
 
 namespace sciray {
@@ -24,10 +23,5 @@ struct bounding_box {
   bool any_empty() const { return axis[0].empty || axis[1].empty || axis[2].empty; }
   double centre(int a) const { return (axis[a].lo + axis[a].hi) * 0.5; }
 };
-
-// The box test of the hierarchy walk: true when the ray enters the box at a
-// distance not beyond `current_distance`; the entry distance goes to `entry`
-// (0 when the origin lies inside the box).
-bool enter_box(const bounding_box& box, const ray& r, double current_distance, double& entry);
 
 }  // namespace sciray

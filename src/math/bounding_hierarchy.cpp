@@ -1,126 +1,87 @@
-// bounding_hierarchy.cpp - median-split build of the box tree and its
-// nearest-first walk.
+// bounding_hierarchy.cpp - the median-split build: a node of more than
+// leaf_size objects is split on its box's longest axis (x before y before
+// z on ties) by sorting its objects by their box centres, the first half
+// going left. Objects whose box has no extent in two axes cannot be split;
+// their node keeps them with two empty children and is never entered below.
 #include "math/bounding_hierarchy.h"
 
-#include <algorithm>
+#include <limits>
+#include <numeric>
 
-#include "geometry/primitive.h"
+#include "math/stable_key_sort.h"
 
 namespace sciray {
 
 namespace {
 
-// Room of the walk's pending stack. The walk never holds more nodes than the
-// depth of the node it stands on, and build() keeps every level below this.
-constexpr int max_depth = 100;
-
-// Intersects a leaf's objects in list order; true if any was hit.
-bool test_objects(const primitive* const* objects, std::size_t count, const ray& r, hit_record& hit,
-                  render_context& context) {
-  bool found = false;
-  for (std::size_t i = 0; i < count; ++i)
-    if (objects[i]->intersect(r, hit, context)) found = true;
-  return found;
+// A box as one lane of a pair; an empty box is NaN, which the test rejects.
+void store_lane(box_pair& pair, int lane, const bounding_box& box) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  for (int a = 0; a < 3; ++a) {
+    pair.lo[a][lane] = box.any_empty() ? nan : box.axis[a].lo;
+    pair.hi[a][lane] = box.any_empty() ? nan : box.axis[a].hi;
+  }
 }
 
 }  // namespace
 
-void bounding_hierarchy::add(const primitive* p) {
-  pending_.push_back(p);
-  if (const bounding_box* b = p->bounds()) root_box_.widen(*b);
+// Nothing built: an empty root, never entered.
+bounding_hierarchy::bounding_hierarchy() {
+  store_lane(root_box_, 0, bounding_box{});
+  store_lane(root_box_, 1, bounding_box{});
 }
 
-void bounding_hierarchy::build(int leaf_size) {
+struct bounding_hierarchy::build_state {
+  std::span<const bounding_box> boxes;
+  std::uint32_t leaf_size;
+  std::vector<keyed_item> keyed, scratch;  // sort space, made once for the whole build
+};
+
+void bounding_hierarchy::build(std::span<const bounding_box> boxes, const bounding_box& root_box, int leaf_size) {
+  const auto n = static_cast<std::uint32_t>(boxes.size());
+  order_.resize(n);
+  std::iota(order_.begin(), order_.end(), 0u);
   nodes_.clear();
-  objects_.insert(objects_.end(), pending_.begin(), pending_.end());
-  pending_.clear();
-  node root;
-  root.box = root_box_;
-  root.count = static_cast<std::uint32_t>(objects_.size());
-  nodes_.push_back(root);
-  split(0, leaf_size);
+  store_lane(root_box_, 0, root_box);
+  store_lane(root_box_, 1, root_box);
+  build_state b{boxes, static_cast<std::uint32_t>(leaf_size < 0 ? 0 : leaf_size), {}, {}};
+  b.keyed.resize(n);
+  root_ = split(b, 0, n, root_box, 0);
+  nodes_.shrink_to_fit();
 }
 
-void bounding_hierarchy::split(int index, int leaf_size) {
-  const int level = nodes_[index].level;
-  const std::uint32_t first = nodes_[index].first, count = nodes_[index].count;
-  // Halving keeps real trees far shallower; the level bound guards the stack.
-  if (static_cast<long long>(count) <= leaf_size || level + 1 >= max_depth) return;
+hierarchy_child bounding_hierarchy::split(build_state& b, std::uint32_t first, std::uint32_t count,
+                                          const bounding_box& box, int level) {
+  if (count <= b.leaf_size || level + 1 >= max_depth) return {first, count};
 
-  const int left = static_cast<int>(nodes_.size());
-  nodes_[index].left = left;
-  nodes_[index].right = left + 1;
-  nodes_.resize(nodes_.size() + 2);
-
-  // Objects on a line or a point cannot be split: the node keeps them and its
-  // two empty children, so the walk treats it as inner and never tests them.
-  const bounding_box& box = nodes_[index].box;
+  const auto index = static_cast<std::uint32_t>(nodes_.size());
+  nodes_.emplace_back();
   const double ex = box.axis[0].extent(), ey = box.axis[1].extent(), ez = box.axis[2].extent();
-  if ((ex == 0.0) + (ey == 0.0) + (ez == 0.0) >= 2) return;
+  if ((ex == 0.0) + (ey == 0.0) + (ez == 0.0) >= 2) {
+    store_lane(nodes_[index].boxes, 0, bounding_box{});
+    store_lane(nodes_[index].boxes, 1, bounding_box{});
+    nodes_[index].child[0] = nodes_[index].child[1] = {first, 0};
+    return {index, hierarchy_child::inner_mark};
+  }
 
-  const int a = (ex >= ey && ex >= ez) ? 0 : (ey >= ez ? 1 : 2);
-  const auto begin = objects_.begin() + first;
-  std::stable_sort(begin, begin + count, [a](const primitive* p, const primitive* q) {
-    return p->bounds()->centre(a) < q->bounds()->centre(a);
-  });
+  const int axis = (ex >= ey && ex >= ez) ? 0 : (ey >= ez ? 1 : 2);
+  const std::span<keyed_item> keyed(b.keyed.data(), count);
+  for (std::uint32_t i = 0; i < count; ++i) keyed[i] = {b.boxes[order_[first + i]].centre(axis), order_[first + i]};
+  stable_sort_by_key(keyed, b.scratch);
 
   const std::uint32_t half = count / 2;
-  nodes_[index].count = 0;
-  node& l = nodes_[left];
-  node& r = nodes_[left + 1];
-  l.first = first;
-  l.count = half;
-  r.first = first + half;
-  r.count = count - half;
-  l.level = r.level = level + 1;
-  for (std::uint32_t i = 0; i < count; ++i)
-    (i < half ? l : r).box.widen(*objects_[first + i]->bounds());
-
-  split(left, leaf_size);
-  split(left + 1, leaf_size);
-}
-
-bool bounding_hierarchy::intersect(const ray& r, hit_record& hit, render_context& context) const {
-  double entry;
-  // Not built yet: the root is one leaf holding every object.
-  if (nodes_.empty()) {
-    if (!enter_box(root_box_, r, hit.distance, entry)) return false;
-    return test_objects(pending_.data(), pending_.size(), r, hit, context);
+  bounding_box left, right;
+  for (std::uint32_t i = 0; i < count; ++i) {
+    order_[first + i] = keyed[i].item;
+    (i < half ? left : right).widen(b.boxes[keyed[i].item]);
   }
-
-  const node* pending[max_depth];
-  int top = 0;
-  bool found = false;
-  const node* current = &nodes_[0];
-  bool entered = enter_box(current->box, r, hit.distance, entry);
-  for (;;) {
-    if (entered) {
-      if (current->left < 0) {
-        if (test_objects(objects_.data() + current->first, current->count, r, hit, context)) found = true;
-      } else {
-        // Nearest child first; on equal entry the right child goes first.
-        const node* left = &nodes_[current->left];
-        const node* right = &nodes_[current->right];
-        double left_entry, right_entry;
-        const bool in_left = enter_box(left->box, r, hit.distance, left_entry);
-        const bool in_right = enter_box(right->box, r, hit.distance, right_entry);
-        if (in_left && in_right) {
-          const bool left_first = left_entry < right_entry;
-          pending[top++] = left_first ? right : left;
-          current = left_first ? left : right;
-          continue;
-        }
-        if (in_left || in_right) {
-          current = in_left ? left : right;
-          continue;
-        }
-      }
-    }
-    if (top == 0) return found;
-    current = pending[--top];
-    // The nearest hit may have moved closer since this node was pushed.
-    entered = enter_box(current->box, r, hit.distance, entry);
-  }
+  store_lane(nodes_[index].boxes, 0, left);
+  store_lane(nodes_[index].boxes, 1, right);
+  const hierarchy_child l = split(b, first, half, left, level + 1);
+  const hierarchy_child r = split(b, first + half, count - half, right, level + 1);
+  nodes_[index].child[0] = l;
+  nodes_[index].child[1] = r;
+  return {index, hierarchy_child::inner_mark};
 }
 
 }  // namespace sciray

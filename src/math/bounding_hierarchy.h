@@ -1,51 +1,106 @@
-// bounding_hierarchy.h - the binary tree of boxes over the bounded
-// primitives, stored flat, and its nearest-first walk.
+// bounding_hierarchy.h - the binary tree of boxes over the bounded objects,
+// built once by median splits and stored flat for the walk: each inner node
+// holds its two children's boxes side by side, so that the walk tests both
+// with one pair test, and the objects lie in leaf order.
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "math/bounding_box.h"
+#include "math/box_pair_test.h"
 #include "math/ray.h"
 
 namespace sciray {
 
-class primitive;
-struct hit_record;
-struct render_context;
+struct hierarchy_child {
+  static constexpr std::uint32_t inner_mark = ~std::uint32_t{0};
+  std::uint32_t first = 0;  // a leaf: its first object in order(); an inner node: its index in nodes()
+  std::uint32_t count = 0;  // a leaf: its number of objects; inner_mark for an inner node
+  bool leaf() const { return count != inner_mark; }
+};
+
+struct hierarchy_node {
+  box_pair boxes;  // lane 0 the left child's box, lane 1 the right child's
+  hierarchy_child child[2];
+};
 
 class bounding_hierarchy {
  public:
-  struct node {
-    bounding_box box;
-    int left = -1, right = -1;  // child node indices; both -1 in a leaf
-    int level = 0;
-    std::uint32_t first = 0, count = 0;  // the node's objects in objects()
-  };
+  bounding_hierarchy();
 
-  // Appends a bounded primitive to the root and widens the root box by its bounds.
-  void add(const primitive* p);
-  std::size_t size() const { return pending_.size() + objects_.size(); }
-  const bounding_box& root_box() const { return root_box_; }
+  // The deepest the walk can go: build() splits no node at this level, and
+  // halving keeps any real tree far shallower.
+  static constexpr int max_depth = 100;
 
-  // Splits the root until no leaf holds more than `leaf_size` objects.
-  // Call once, after the last add().
-  void build(int leaf_size);
+  // Splits the objects, whose boxes are `boxes` in the order they were added
+  // and whose union (widened in that order) is `root_box`, until no leaf
+  // holds more than `leaf_size`.
+  void build(std::span<const bounding_box> boxes, const bounding_box& root_box, int leaf_size);
 
-  // Tests every primitive of every leaf the ray enters, nearest box first;
-  // `hit` ends holding the nearest hit. True if any primitive was hit.
-  bool intersect(const ray& r, hit_record& hit, render_context& context) const;
+  // The objects (indices into the boxes given to build), leaf by leaf.
+  const std::vector<std::uint32_t>& order() const { return order_; }
+  std::vector<std::uint32_t> take_order() { return std::move(order_); }
+  const std::vector<hierarchy_node>& nodes() const { return nodes_; }
+  const hierarchy_child& root() const { return root_; }
 
-  const std::vector<node>& nodes() const { return nodes_; }
-  const std::vector<const primitive*>& objects() const { return objects_; }
+  // Walks the tree for one ray, nearest box first, calling
+  // test_leaf(first, count) for every leaf whose box the ray enters; the leaf
+  // test lowers `distance` as it finds hits, and boxes beyond it are skipped.
+  // True if any leaf test returned true.
+  template <typename LeafTest>
+  bool walk(const ray& r, const double& distance, LeafTest&& test_leaf) const;
 
  private:
-  void split(int index, int leaf_size);
+  struct build_state;
+  hierarchy_child split(build_state& b, std::uint32_t first, std::uint32_t count, const bounding_box& box, int level);
 
-  bounding_box root_box_;
-  std::vector<const primitive*> pending_;  // the root's list until build()
-  std::vector<node> nodes_;                // nodes_[0] is the root once built
-  std::vector<const primitive*> objects_;  // leaf lists, each contiguous
+  box_pair root_box_{};  // the root's box in both lanes
+  hierarchy_child root_;
+  std::vector<hierarchy_node> nodes_;
+  std::vector<std::uint32_t> order_;
 };
+
+template <typename LeafTest>
+bool bounding_hierarchy::walk(const ray& r, const double& distance, LeafTest&& test_leaf) const {
+  const box_ray along(r);
+  if (!(enter_boxes(root_box_, along, distance).entered & 1)) return false;
+
+  // Children still to visit, each with the test that tells whether the ray
+  // still enters its box once the distance has shrunk.
+  struct pending {
+    const hierarchy_child* child;
+    double retest;
+  };
+  pending stack[max_depth];
+  int top = 0;
+  bool found = false;
+  const hierarchy_child* current = &root_;
+  for (;;) {
+    if (current->leaf()) {
+      if (test_leaf(current->first, current->count)) found = true;
+    } else {
+      const hierarchy_node& node = nodes_[current->first];
+      const box_pair_result t = enter_boxes(node.boxes, along, distance);
+      if (t.entered == 3) {
+        // Nearest first; on equal entry distances the right child first.
+        const int near = t.entry[0] < t.entry[1] ? 0 : 1;
+        stack[top++] = {&node.child[1 - near], t.retest[1 - near]};
+        current = &node.child[near];
+        continue;
+      }
+      if (t.entered != 0) {
+        current = &node.child[t.entered == 1 ? 0 : 1];
+        continue;
+      }
+    }
+    do {
+      if (top == 0) return found;
+      --top;
+    } while (stack[top].retest > distance);
+    current = stack[top].child;
+  }
+}
 
 }  // namespace sciray

@@ -4,12 +4,8 @@
 // sphere that go straight into the world; a record that cannot be drawn
 // (bad colour-map index, missing data) is dropped without a message.
 #include <array>
-#include <memory>
 #include <string>
 
-#include "geometry/cylinder.h"
-#include "geometry/sphere.h"
-#include "geometry/triangle.h"
 #include "scene_file/block_readers.h"
 #include "scene_file/polygon_split.h"
 #include "shading/world.h"
@@ -55,13 +51,8 @@ struct geometry_record {
 // One cylinder per segment; contour lines carry the values of their ends.
 void add_lines(world& scene, const geometry_record& rec, double radius, const material* m, bool with_values) {
   for (int i = 1; i < rec.vertex_count; ++i) {
-    auto segment = std::make_unique<cylinder>(rec.vertices[i - 1], rec.vertices[i], radius);
-    if (with_values) {
-      segment->value_start = rec.values[i - 1];
-      segment->value_end = rec.values[i];
-    }
-    segment->set_material(m);
-    scene.add(std::move(segment));
+    scene.builder().add_cylinder(rec.vertices[i - 1], rec.vertices[i], radius, m, with_values ? rec.values[i - 1] : 0.0,
+                                 with_values ? rec.values[i] : 0.0);
   }
 }
 
@@ -69,11 +60,11 @@ void add_lines(world& scene, const geometry_record& rec, double radius, const ma
 // `values` are the corner values of a contour polygon, or null.
 void add_polygon(world& scene, const geometry_record& rec, const material* m, const double* values) {
   for (const corner_indices& c : split_polygon(rec.vertex_count)) {
-    auto piece = std::make_unique<triangle>(rec.vertices[c[0]], rec.vertices[c[1]], rec.vertices[c[2]]);
-    if (rec.has_norm) piece->set_corner_normals(rec.normals[c[0]], rec.normals[c[1]], rec.normals[c[2]]);
-    if (values != nullptr) piece->set_corner_values(values[c[0]], values[c[1]], values[c[2]]);
-    piece->set_material(m);
-    scene.add(std::move(piece));
+    const direction normals[3] = {rec.normals[c[0]], rec.normals[c[1]], rec.normals[c[2]]};
+    const double corner_values[3] = {values ? values[c[0]] : 0.0, values ? values[c[1]] : 0.0,
+                                     values ? values[c[2]] : 0.0};
+    scene.builder().add_triangle(rec.vertices[c[0]], rec.vertices[c[1]], rec.vertices[c[2]],
+                                 rec.has_norm ? normals : nullptr, values ? corner_values : nullptr, m);
   }
 }
 
@@ -123,9 +114,7 @@ void build_record(reader_state& state, const geometry_record& rec) {
     case gr_symbol:
       // Every symbol shape is drawn as the same ball, except gr_null.
       if (rec.has_type && symbol_radius > 0.0 && rec.symbol_type != gr_null) {
-        auto ball = std::make_unique<sphere>(rec.vertices[0], symbol_radius);
-        ball->set_material(m);
-        state.scene.add(std::move(ball));
+        state.scene.builder().add_sphere(rec.vertices[0], symbol_radius, m);
       }
       break;
   }

@@ -9,14 +9,6 @@ namespace sciray {
 world::world() = default;
 world::~world() = default;
 
-void world::add(std::unique_ptr<primitive> p) {
-  if (p->bounds())
-    hierarchy_.add(p.get());
-  else
-    unbounded_.push_back(p.get());
-  primitives_.push_back(std::move(p));
-}
-
 void world::add_light(std::unique_ptr<light> l) { lights_.push_back(std::move(l)); }
 
 material_table& world::new_material_table(int size) {
@@ -43,15 +35,18 @@ bool below_cutoff(const colour& weight, const colour& cutoff) {
 bool world::find_hit(ray_state& state) const {
   ++state.context->ray_count;
   state.hit.distance = state.max_distance;
-  state.hit.object = nullptr;
-  hierarchy_.intersect(state.r, state.hit, *state.context);
-  for (const primitive* p : unbounded_) p->intersect(state.r, state.hit, *state.context);
-  return state.hit.object != nullptr;
+  state.hit.object = primitive_ref();
+  return geometry_.intersect(state.r, state.hit, state.context->test_count);
+}
+
+const material* world::surface_of_hit(ray_state& state) const {
+  geometry_.surface(state.r, state.hit);
+  return geometry_.material_of(state.hit.object);
 }
 
 colour world::trace(ray_state& state) const {
   state.hit.distance = state.max_distance;
-  state.hit.object = nullptr;
+  state.hit.object = primitive_ref();
   render_context& context = *state.context;
   if (context.depth_now >= depth_max) return {};
   if (below_cutoff(state.weight, cutoff)) return {};
@@ -61,7 +56,8 @@ colour world::trace(ray_state& state) const {
 
   colour c;
   if (find_hit(state)) {
-    c = state.hit.object->shade(state);
+    const material* m = surface_of_hit(state);
+    c = m ? m->shade(state) : colour{};
     if (state.medium) state.medium->apply_medium(state.hit.distance, c);
   } else if (sky) {
     // Escaping rays take the sky as it is, without the medium.
@@ -76,7 +72,8 @@ colour world::transmit(ray_state& state) const {
   if (below_cutoff(state.weight, cutoff)) return {};
   colour c{1.0, 1.0, 1.0};
   if (!find_hit(state)) return c;
-  c *= state.hit.object->shadow_filter(state);
+  const material* m = surface_of_hit(state);
+  c *= m ? m->transmittance(state) : colour{};
   if (state.medium) state.medium->apply_medium(state.hit.distance, c);
   return c;
 }

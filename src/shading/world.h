@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "environment/sky.h"
-#include "geometry/primitive.h"
-#include "math/bounding_hierarchy.h"
+#include "geometry/geometry_builder.h"
+#include "geometry/scene_geometry.h"
 #include "shading/contour_material.h"
 #include "shading/light.h"
 #include "shading/material.h"
@@ -30,8 +30,8 @@ class world {
   world(const world&) = delete;
   world& operator=(const world&) = delete;
 
-  // Bounded primitives go under the hierarchy, the others to the unbounded list.
-  void add(std::unique_ptr<primitive> p);
+  // Where the scene reader puts the primitives.
+  geometry_builder& builder() { return builder_; }
   void add_light(std::unique_ptr<light> l);
   // Tables and blends stay alive as long as the primitives that refer to them.
   material_table& new_material_table(int size);
@@ -39,9 +39,11 @@ class world {
   // A roughness object detached from its material lives on here.
   void retire(std::shared_ptr<roughness> r);
 
-  std::size_t object_count() const { return hierarchy_.size() + unbounded_.size(); }
-  void build_hierarchy(int leaf_size) { hierarchy_.build(leaf_size); }
-  const bounding_hierarchy& hierarchy() const { return hierarchy_; }
+  std::size_t object_count() const { return builder_.size() + geometry_.size(); }
+  // Builds the bounding hierarchy over the primitives added so far; they
+  // are traced from then on.
+  void build_hierarchy(int leaf_size) { builder_.build(leaf_size, geometry_); }
+  const scene_geometry& geometry() const { return geometry_; }
   const std::vector<std::unique_ptr<light>>& lights() const { return lights_; }
 
   colour trace(ray_state& state) const;
@@ -60,10 +62,12 @@ class world {
  private:
   // Finds the nearest hit closer than the state's max_distance; counts one ray.
   bool find_hit(ray_state& state) const;
+  // The material of the hit primitive (null: none), after the surface data
+  // of the hit is filled in.
+  const material* surface_of_hit(ray_state& state) const;
 
-  bounding_hierarchy hierarchy_;
-  std::vector<std::unique_ptr<primitive>> primitives_;
-  std::vector<const primitive*> unbounded_;
+  geometry_builder builder_;
+  scene_geometry geometry_;
   std::vector<std::unique_ptr<light>> lights_;
   std::vector<std::unique_ptr<material_table>> tables_;
   std::vector<std::unique_ptr<contour_material>> contours_;

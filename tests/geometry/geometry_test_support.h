@@ -1,5 +1,7 @@
-// geometry_test_support.h - a material that records what a shape hands it,
-// short ways to intersect and shade one shape, and a box as six numbers.
+// geometry_test_support.h - small scenes of primitives for the geometry
+// tests: added in order, built into a hierarchy (by default a single leaf,
+// so that they are tested in the order added), intersected and given their
+// surface data; and a box as six numbers.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -7,56 +9,66 @@
 #include <array>
 #include <cstdint>
 
-#include "geometry/primitive.h"
+#include "geometry/geometry_builder.h"
+#include "geometry/scene_geometry.h"
 #include "shading/material.h"
-#include "shading/ray_state.h"
-#include "shading/render_context.h"
 
 namespace sciray::geometry_testing {
 
-inline constexpr colour shade_colour{0.25, 0.5, 0.75};
-inline constexpr colour transmit_colour{0.125, 0.375, 0.625};
-
-class recording_material : public material {
+class shape_scene {
  public:
-  colour shade(ray_state& state) const override { seen = state.hit; return shade_colour; }
-  colour transmittance(ray_state& state) const override { seen = state.hit; return transmit_colour; }
-  mutable hit_record seen;
+  explicit shape_scene(int leaf_size = 1 << 30) : leaf_size_(leaf_size) {}
+
+  shape_scene& ball(const position& c, double r) {
+    builder_.add_sphere(c, r, &plain_);
+    return *this;
+  }
+  shape_scene& tube(const position& a, const position& b, double r, double v0 = 0, double v1 = 0) {
+    builder_.add_cylinder(a, b, r, &plain_, v0, v1);
+    return *this;
+  }
+  shape_scene& piece(const position& p0, const position& p1, const position& p2, const direction* normals = nullptr,
+                     const double* values = nullptr) {
+    builder_.add_triangle(p0, p1, p2, normals, values, &plain_);
+    return *this;
+  }
+
+  const scene_geometry& geometry() {
+    if (!built_) builder_.build(leaf_size_, geometry_);
+    built_ = true;
+    return geometry_;
+  }
+
+  // The hit `r` makes under `limit`, with its surface data; `value` starts
+  // at -7 so that a shape that leaves it alone shows. A miss must leave the
+  // hit as it was and comes back with distance -1.
+  hit_record hit(const ray& r, double limit = 1e20) {
+    const scene_geometry& g = geometry();
+    hit_record h;
+    h.distance = limit;
+    h.value = -7;
+    const bool found = g.intersect(r, h, tests_);
+    EXPECT_EQ(found, h.object.valid());
+    if (!found) {
+      EXPECT_EQ(h.distance, limit);
+      h.distance = -1.0;
+      return h;
+    }
+    g.surface(r, h);
+    return h;
+  }
+  double first_hit(const ray& r, double limit = 1e20) { return hit(r, limit).distance; }
+  // Intersection tests so far, one per primitive of every leaf entered.
+  std::uint32_t tests() const { return tests_; }
+
+ private:
+  int leaf_size_;
+  material plain_;
+  geometry_builder builder_;
+  scene_geometry geometry_;
+  bool built_ = false;
+  std::uint32_t tests_ = 0;
 };
-
-// The hit `p` makes of `r` under the limit `limit`; a miss must leave the
-// hit as it was and comes back with distance -1. Each test counts once on
-// the 32-bit counter, which wraps.
-inline hit_record hit_of(const primitive& p, const ray& r, double limit = 1e20) {
-  render_context context;
-  context.test_count = UINT32_MAX;
-  hit_record hit;
-  hit.distance = limit;
-  const bool taken = p.intersect(r, hit, context);
-  EXPECT_EQ(context.test_count, 0u);
-  EXPECT_EQ(hit.object, taken ? &p : nullptr);
-  EXPECT_TRUE(taken || hit.distance == limit);
-  if (!taken) hit.distance = -1.0;
-  return hit;
-}
-
-inline double first_hit(const primitive& p, const ray& r, double limit = 1e20) { return hit_of(p, r, limit).distance; }
-
-// Gives `p` a recording material for one intersection and one shade (with
-// `shadow`, one filter): the hit fields the material was handed. `value`
-// starts at -7 so that a shape that leaves it alone shows.
-inline hit_record shaded(primitive& p, const ray& r, bool shadow = false) {
-  recording_material m;
-  p.set_material(&m);
-  render_context context;
-  ray_state state;
-  state.r = r;
-  state.hit.value = -7;
-  EXPECT_TRUE(p.intersect(r, state.hit, context));
-  EXPECT_EQ(shadow ? p.shadow_filter(state) : p.shade(state), shadow ? transmit_colour : shade_colour);
-  p.set_material(nullptr);
-  return m.seen;
-}
 
 // A box as its low corner then its high corner.
 using box_bounds = std::array<double, 6>;

@@ -1,5 +1,5 @@
 // sphere_test.cpp - sphere roots and their admissibility, tangents, rays
-// from inside, bounds, surface coordinates and the forwarding to the material.
+// from inside, bounds and surface coordinates.
 #include "geometry/sphere.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +14,10 @@ namespace {
 using namespace geometry_testing;
 
 const direction plus_z(0, 0, 1);
+
+double first_hit(const sphere& s, const ray& r, double limit = 1e20) {
+  return shape_scene().ball(s.center, s.radius).first_hit(r, limit);
+}
 
 TEST(sphere, roots_and_admissibility) {
   const sphere s(position(0, 0, 0), 1);
@@ -32,22 +36,25 @@ TEST(sphere, roots_and_admissibility) {
 }
 
 TEST(sphere, bounds_and_surface_data) {
-  EXPECT_EQ(bounds_of(*sphere(position(1, -2, 3), 0.5).bounds()), (box_bounds{0.5, -2.5, 2.5, 1.5, -1.5, 3.5}));
+  EXPECT_EQ(bounds_of(sphere(position(1, -2, 3), 0.5).bounds()), (box_bounds{0.5, -2.5, 2.5, 1.5, -1.5, 3.5}));
   const double pi = std::acos(-1.0);
-  sphere ball(position(0, 0, 0), 2);
+  shape_scene ball;
+  ball.ball(position(0, 0, 0), 2);
   // From inside: the exit, with the normal outwards (along the ray).
   // Longitude grows from +x towards +y, as an arc length.
-  const hit_record inside = shaded(ball, ray(position(0, 0, 0), direction(0, 1, 0)));
+  const hit_record inside = ball.hit(ray(position(0, 0, 0), direction(0, 1, 0)));
   EXPECT_EQ(inside.distance, 2.0);
   EXPECT_EQ(inside.normal, vector(0, 1, 0));
   EXPECT_DOUBLE_EQ(inside.surface_coords.x, pi);
-  EXPECT_DOUBLE_EQ(shaded(ball, ray(position(0, 0, 5), direction(0, 0, -1))).surface_coords.y, pi);  // latitude pi/2
-  EXPECT_DOUBLE_EQ(std::fabs(shaded(ball, ray(position(-5, 0, 0), direction(1, 0, 0))).surface_coords.x), 2 * pi);
+  EXPECT_DOUBLE_EQ(ball.hit(ray(position(0, 0, 5), direction(0, 0, -1))).surface_coords.y, pi);  // latitude pi/2
+  // On the -x axis the longitude is +pi or -pi as atan2 takes the sign of a
+  // zero y: (-1, +0, 0) here.
+  EXPECT_EQ(ball.hit(ray(position(-5, 0, 0), direction(1, 0, 0))).surface_coords.x, 2 * pi);
 
-  // The shadow filter fills the same surface data and leaves `value` alone.
-  const hit_record filtered = shaded(ball, ray(position(0, 0, -5), plus_z), true);
-  EXPECT_EQ(filtered.normal, vector(0, 0, -1));
-  EXPECT_EQ(filtered.value, -7.0);
+  // The surface data leaves `value` alone.
+  const hit_record below = ball.hit(ray(position(0, 0, -5), plus_z));
+  EXPECT_EQ(below.normal, vector(0, 0, -1));
+  EXPECT_EQ(below.value, -7.0);
 }
 
 }  // namespace

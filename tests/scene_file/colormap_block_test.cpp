@@ -22,7 +22,7 @@ std::string colormap_scene(int count, const std::string& body) {
 // The materials of `s`'s primitives in build order: the entries, in turn.
 std::vector<const material*> entries(scene_from_text& s) {
   std::vector<const material*> found;
-  for (const primitive* p : s.primitives()) found.push_back(p->get_material());
+  for (const primitive_ref p : s.primitives()) found.push_back(s.material_of(p));
   return found;
 }
 

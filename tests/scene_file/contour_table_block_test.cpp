@@ -17,7 +17,7 @@ const std::string contour_geometry =
 // contour-coloured geometry.
 std::vector<const contour_material*> tables(scene_from_text& s) {
   std::vector<const contour_material*> found;
-  for (const primitive* p : s.primitives()) found.push_back(dynamic_cast<const contour_material*>(p->get_material()));
+  for (const primitive_ref p : s.primitives()) found.push_back(dynamic_cast<const contour_material*>(s.material_of(p)));
   return found;
 }
 

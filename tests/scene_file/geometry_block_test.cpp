@@ -2,36 +2,28 @@
 // spheres, triangles), when a record is dropped, and the block's messages.
 #include <algorithm>
 
-#include "geometry/cylinder.h"
-#include "geometry/sphere.h"
-#include "geometry/triangle.h"
 #include "scene_text.h"
 
 namespace sciray::testing {
 namespace {
 
-// Checks that `p` exists, is drawn with colour-map entry `entry`, and that
-// its box spans `a` to `b` widened by `radius`.
-void expect_solid(const primitive* p, const position& a, const position& b, double radius, double entry) {
-  ASSERT_NE(p, nullptr);
-  for (int k = 0; k < 3; ++k) {
-    EXPECT_DOUBLE_EQ(p->bounds()->axis[k].lo, std::min(a[k], b[k]) - radius) << k;
-    EXPECT_DOUBLE_EQ(p->bounds()->axis[k].hi, std::max(a[k], b[k]) + radius) << k;
-  }
-  EXPECT_EQ(p->get_material()->diffuse, colour(entry, 0, 0));
+// Checks that `p` is a cylinder from `start` along `axis` for `length`,
+// of `radius`, drawn with colour-map entry `entry`.
+void expect_segment(scene_from_text& s, primitive_ref p, const position& start, const vector& axis, double length,
+                    double radius, double entry) {
+  ASSERT_EQ(p.kind(), shape_kind::cylinder);
+  const cylinder_shape& c = s.geometry().cylinder_at(p.index());
+  EXPECT_EQ(c.start, start);
+  EXPECT_EQ(std::make_pair(vector(c.axis), c.length), std::make_pair(axis, length));
+  EXPECT_EQ(s.geometry().cylinder_surface_at(p.index()).radius, radius);
+  EXPECT_EQ(s.material_of(p)->diffuse, colour(entry, 0, 0));
 }
 
-// Checks that `p` is a cylinder from `start` along `axis` for `length`.
-void expect_segment(const primitive* p, const position& start, const vector& axis, double length, double radius,
-                    double entry) {
-  const auto* c = dynamic_cast<const cylinder*>(p);
-  ASSERT_NE(c, nullptr);
-  EXPECT_EQ(std::make_pair(vector(c->axis()), c->length()), std::make_pair(axis, length));
-  expect_solid(c, start, start + length * axis, radius, entry);
-}
-
-void expect_ball(const primitive* p, const position& centre, double radius, double entry) {
-  expect_solid(dynamic_cast<const sphere*>(p), centre, centre, radius, entry);
+void expect_ball(scene_from_text& s, primitive_ref p, const position& centre, double radius, double entry) {
+  ASSERT_EQ(p.kind(), shape_kind::sphere);
+  EXPECT_EQ(s.geometry().sphere_at(p.index()).center, centre);
+  EXPECT_EQ(s.geometry().sphere_at(p.index()).radius, radius);
+  EXPECT_EQ(s.material_of(p)->diffuse, colour(entry, 0, 0));
 }
 
 TEST(geometry_block, line_records) {
@@ -51,16 +43,16 @@ TEST(geometry_block, line_records) {
       "  gr_lines_cont 2 { index 2 style gr_contour_lines xyz 0 0 0 1 0 0 values 1 2 } }\n");
   const auto objects = s.primitives();
   ASSERT_EQ(objects.size(), 6u);
-  expect_segment(objects[0], {0, 0, 0}, {1, 0, 0}, 1, 0.01, 1);
-  expect_segment(objects[1], {1, 0, 0}, {0, 1, 0}, 2, 0.01, 1);
-  expect_segment(objects[2], {0, 0, 0}, {0, 0, -1}, 1, 0.01, 0);  // no "index": entry 0
-  expect_segment(objects[3], {0, 0, 0}, {1, 0, 0}, 3, 0.01, 0);   // repeated keywords overwrite
+  expect_segment(s, objects[0], {0, 0, 0}, {1, 0, 0}, 1, 0.01, 1);
+  expect_segment(s, objects[1], {1, 0, 0}, {0, 1, 0}, 2, 0.01, 1);
+  expect_segment(s, objects[2], {0, 0, 0}, {0, 0, -1}, 1, 0.01, 0);  // no "index": entry 0
+  expect_segment(s, objects[3], {0, 0, 0}, {1, 0, 0}, 3, 0.01, 0);   // repeated keywords overwrite
   // Contour lines carry the values of their ends and use the steps table.
   for (int i = 0; i < 2; ++i) {
-    const auto* c = dynamic_cast<const cylinder*>(objects[4 + i]);
-    const auto* steps = dynamic_cast<const contour_material*>(objects[4 + i]->get_material());
-    ASSERT_TRUE(c != nullptr && steps != nullptr && !steps->continuous());
-    EXPECT_EQ(std::make_pair(c->value_start, c->value_end), std::make_pair(0.5 + i, 1.5 + i));
+    const auto* steps = dynamic_cast<const contour_material*>(s.material_of(objects[4 + i]));
+    ASSERT_TRUE(objects[4 + i].kind() == shape_kind::cylinder && steps != nullptr && !steps->continuous());
+    const cylinder_surface& c = s.geometry().cylinder_surface_at(objects[4 + i].index());
+    EXPECT_EQ(std::make_pair(c.value_start, c.value_end), std::make_pair(0.5 + i, 1.5 + i));
   }
 }
 
@@ -77,17 +69,21 @@ TEST(geometry_block, radii_as_they_stand_at_each_record_polygons_and_symbols) {
                     "  gr_symbol { index 1 type gr_o xyz 1 2 3");
   const auto objects = s.primitives();
   ASSERT_EQ(objects.size(), 6u);
-  expect_ball(objects[1], {1, 2, 3}, 0.03, 0);
-  expect_segment(objects[2], {0, 0, 0}, {1, 0, 0}, 1, 0.5, 0);
+  expect_ball(s, objects[1], {1, 2, 3}, 0.03, 0);
+  expect_segment(s, objects[2], {0, 0, 0}, {1, 0, 0}, 1, 0.5, 0);
   // Polygons are drawn whatever the radii; without "norm" a triangle keeps its face normal.
-  for (const primitive* p : {objects[0], objects[3]}) {
-    const auto* t = dynamic_cast<const triangle*>(p);
-    ASSERT_NE(t, nullptr);
-    expect_solid(t, {0, 0, 0}, {1, 1, 0}, 0, 1);
-    for (int k = 0; k < 3; ++k) EXPECT_EQ(t->corner_normal(k), t->face_normal());
+  for (const primitive_ref p : {objects[0], objects[3]}) {
+    ASSERT_EQ(p.kind(), shape_kind::triangle);
+    EXPECT_EQ(s.material_of(p)->diffuse, colour(1, 0, 0));
+    const triangle_shape& t = s.geometry().triangle_at(p.index());
+    EXPECT_EQ(t.normal, vector(0, 0, 1));
+    double at, b1, b2;
+    ASSERT_TRUE(t.intersect(ray(position(0.25, 0.25, 1), direction(0, 0, -1)), 1e20, at, b1, b2));
+    EXPECT_EQ(std::make_pair(b1, b2), std::make_pair(0.25, 0.25));
+    for (int k = 0; k < 3; ++k) EXPECT_EQ(s.geometry().corner_normal(p.index(), k), t.normal);
   }
   // Every symbol shape but gr_null is a ball; no type, no xyz or the end of file drops it.
-  for (int i = 4; i < 6; ++i) expect_ball(objects[i], {1, 2, 3}, 0.25, 1);
+  for (int i = 4; i < 6; ++i) expect_ball(s, objects[i], {1, 2, 3}, 0.25, 1);
 }
 
 TEST(geometry_block, vertex_limit_and_messages) {

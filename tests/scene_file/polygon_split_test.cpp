@@ -5,7 +5,6 @@
 #include <cmath>
 #include <string>
 
-#include "geometry/triangle.h"
 #include "scene_text.h"
 
 namespace sciray::testing {
@@ -52,14 +51,15 @@ TEST(polygon_split, halves_depth_first_into_triangles_that_carry_their_corner_da
       const auto pieces = s.primitives();
       ASSERT_EQ(pieces.size(), expected.size());
       for (std::size_t t = 0; t < pieces.size(); ++t) {
-        const auto* piece = dynamic_cast<const triangle*>(pieces[t]);
-        const auto* table = dynamic_cast<const contour_material*>(pieces[t]->get_material());
-        ASSERT_TRUE(piece != nullptr && table != nullptr);
+        const auto* table = dynamic_cast<const contour_material*>(s.material_of(pieces[t]));
+        ASSERT_TRUE(pieces[t].kind() == shape_kind::triangle && table != nullptr);
         EXPECT_EQ(table->continuous(), style == "style gr_contour_continuous");
         for (int k = 0; k < 3; ++k) {
           const int corner = expected[t][k];
-          EXPECT_EQ(piece->corner_normal(k), normalise(vector(corner, 1, 2))) << t << " " << k;
-          EXPECT_EQ(piece->corner_value(k), style == "style gr_contour_centroid" ? 5.0 * (n - 1) : 10.0 * corner)
+          const std::uint32_t i = pieces[t].index();
+          EXPECT_EQ(s.geometry().corner_normal(i, k), normalise(vector(corner, 1, 2))) << t << " " << k;
+          EXPECT_EQ(s.geometry().corner_value(i, k),
+                    style == "style gr_contour_centroid" ? 5.0 * (n - 1) : 10.0 * corner)
               << t << " " << k;
         }
       }

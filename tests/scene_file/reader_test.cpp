@@ -58,7 +58,7 @@ TEST(reader_blocks, any_order_older_versions_and_unknown_keywords) {
   scene_from_text old_colormap("colormap_001 1 { index 0 { diffuse 0.5 0.5 0.5 } }\n"
                                "gr_geometry_001 { gr_symbol { type gr_o xyz 0 0 0 } }");
   ASSERT_EQ(old_colormap.primitives().size(), 1u);
-  EXPECT_EQ(old_colormap.primitives()[0]->get_material()->diffuse, colour(0.5, 0.5, 0.5));
+  EXPECT_EQ(old_colormap.material_of(old_colormap.primitives()[0])->diffuse, colour(0.5, 0.5, 0.5));
 
   expect_messages({
       {"Render_002 { }", "Error: Unknown keyword 'Render_002' within input file"},

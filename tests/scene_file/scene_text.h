@@ -22,11 +22,17 @@ struct scene_from_text {
     read_scene_file(file, scene, settings, context);
     std::fclose(file);
   }
-  // The bounded primitives in build order (one leaf keeps the list order).
-  std::vector<const primitive*> primitives() {
-    scene.build_hierarchy(1 << 30);
-    return scene.hierarchy().objects();
+  // The primitives in the order read (built into one leaf, which keeps the
+  // list order).
+  const std::vector<primitive_ref>& primitives() {
+    if (scene.builder().size() > 0) scene.build_hierarchy(1 << 30);
+    return scene.geometry().leaf_order();
   }
+  const scene_geometry& geometry() {
+    primitives();
+    return scene.geometry();
+  }
+  const material* material_of(primitive_ref p) { return geometry().material_of(p); }
   world scene;
   scene_settings settings;
   render_context context;

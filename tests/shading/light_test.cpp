@@ -26,6 +26,7 @@ struct lit_point : test::bench {
   lit_point(const direction& normal, const vector& mirror, double shininess, const position& where = position())
       : p{where, normal, mirror, shininess} {}
   ray_state light_up(const light& l) {
+    ready();
     l.illuminate(state, p);
     return state;
   }
@@ -36,7 +37,7 @@ struct lit_point : test::bench {
 std::pair<colour, std::uint32_t> under_ball(const light& l, const material& m, double z) {
   lit_point lp(up, up, 0.0);
   lp.w.shadows = true;
-  lp.w.add(test::ball(position(0.0, 0.0, z), 0.5, &m));
+  test::add_ball(lp.w, position(0.0, 0.0, z), 0.5, &m);
   return {lp.light_up(l).diffuse_sum, lp.context.ray_count};
 }
 
@@ -156,7 +157,7 @@ TEST(light_directional, gathered_with_world_ambient_highlights_and_shadows) {
   recording_glass glass;
   lit_point slanted(up, up, 0.0);
   slanted.w.shadows = true;
-  slanted.w.add(test::ball(position(3 * towards), 0.5, &glass));
+  test::add_ball(slanted.w, position(3 * towards), 0.5, &glass);
   slanted.light_up(directional_light(direction::as_given(-towards), light_colour, light_ambient));
   ASSERT_EQ(glass.visits.size(), 2u);
   EXPECT_EQ(glass.visits[0], towards);

@@ -34,7 +34,7 @@ struct shading_bench : test::bench {
 
   shading_bench() {
     w.depth_max = 5;
-    w.add(test::ball(position(), 100.0, &probe));
+    test::add_ball(w, position(), 100.0, &probe);
     w.add_light(std::make_unique<directional_light>(down, colour(1.0, 1.0, 1.0), colour()));
   }
   // Shades with `m` the ray arriving along `d` in `medium`.

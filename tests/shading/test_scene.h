@@ -1,41 +1,43 @@
 // test_scene.h - small scenes for the shading tests: a world with its render
-// context, balls, the floor plane z = 0, and a per-channel near-comparison.
+// context, balls, a floor in the plane z = 0, and a per-channel
+// near-comparison.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
-#include "geometry/plane.h"
-#include "geometry/sphere.h"
 #include "shading/render_context.h"
 #include "shading/world.h"
 
 namespace sciray::test {
 
-// A world, its render context, and primary rays cast into it.
+// A world, its render context, and primary rays cast into it. The
+// hierarchy is built over what was added when the first ray is cast after
+// adding (so a bench adds everything before it traces anything).
 struct bench {
   world w;
   render_context context;
-  ray_state start(const position& origin, const direction& d) { return primary_state(w, context, ray(origin, d)); }
+  void ready() {
+    if (w.builder().size() > 0) w.build_hierarchy(8);
+  }
+  ray_state start(const position& origin, const direction& d) {
+    ready();
+    return primary_state(w, context, ray(origin, d));
+  }
   colour trace(const position& origin, const direction& d) {
     ray_state s = start(origin, d);
     return w.trace(s);
   }
 };
 
-// A sphere with its material.
-inline std::unique_ptr<sphere> ball(const position& centre, double radius, const material* m) {
-  auto b = std::make_unique<sphere>(centre, radius);
-  b->set_material(m);
-  return b;
+inline void add_ball(world& w, const position& centre, double radius, const material* m) {
+  w.builder().add_sphere(centre, radius, m);
 }
 
-// The unbounded plane z = 0, normal +z.
-inline std::unique_ptr<plane> floor_plane(const material* m) {
-  auto p = std::make_unique<plane>();
-  p->set_material(m);
-  return p;
+// The floor z = 0, normal +z, as two triangles reaching 1000 units out.
+inline void add_floor(world& w, const material* m) {
+  const double r = 1000.0;
+  w.builder().add_triangle(position(-r, -r, 0), position(r, -r, 0), position(r, r, 0), nullptr, nullptr, m);
+  w.builder().add_triangle(position(-r, -r, 0), position(r, r, 0), position(-r, r, 0), nullptr, nullptr, m);
 }
 
 inline void expect_near(const vector& got, const vector& want, double tolerance) {

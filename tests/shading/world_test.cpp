@@ -19,7 +19,7 @@ TEST(shading_trace, cut_offs_depth_limit_and_the_sky) {
   mirror.reflective = colour(0.5, 0.5, 0.5);
   mirror.emission = colour(0.1, 0.2, 0.4);
   test::bench b;
-  b.w.add(test::ball(position(), 1.0, &mirror));
+  test::add_ball(b.w, position(), 1.0, &mirror);
   ray_state strong = b.start(position(0.0, 0.0, 5.0), down), faint = strong;
   strong.weight = colour(0.009, 0.009, 0.5);  // one channel above its cut-off is enough to cast the ray
   faint.weight = colour(0.009, 0.009, 0.009);
@@ -36,7 +36,7 @@ TEST(shading_trace, cut_offs_depth_limit_and_the_sky) {
   for (int depth = 1; depth <= 5; ++depth) {
     test::bench inside;
     inside.w.depth_max = depth;
-    inside.w.add(test::ball(position(), 10.0, &mirror));
+    test::add_ball(inside.w, position(), 10.0, &mirror);
     EXPECT_NEAR(inside.trace(position(), up).z, 0.4 * (2 - 1 / double(1 << (depth - 1))), 1e-15) << depth;
     EXPECT_EQ(inside.context.ray_count, static_cast<std::uint32_t>(depth));
   }
@@ -52,7 +52,7 @@ TEST(shading_trace, cut_offs_depth_limit_and_the_sky) {
   EXPECT_EQ(open.trace(eye, up), colour());
   open.w.sky = std::make_unique<sky_gradient>(up, colour(0.0, 0.0, 1.0), colour(1.0, 1.0, 1.0), colour(0.0, 0.5, 0.0));
   EXPECT_EQ(open.trace(eye, up), colour(0.0, 0.0, 1.0));
-  open.w.add(test::floor_plane(&mirror));
+  test::add_floor(open.w, &mirror);
   ray_state s = open.start(eye, down);
   test::expect_near(open.w.trace(s), colour(0.55, 0.1, 0.45), 1e-15);
   EXPECT_EQ(s.medium, &open.w.atmosphere);  // the medium of primary rays
@@ -68,8 +68,8 @@ struct ball_on_floor : test::bench {
     w.ambient = colour(0.05, 0.05, 0.05);
     floor_material.diffuse = ball_material.diffuse = colour(0.8, 0.8, 0.8);
     floor_material.ambient = ball_material.ambient = colour(1.0, 1.0, 1.0);
-    w.add(test::floor_plane(&floor_material));
-    w.add(test::ball(position(0.0, 0.0, 1.0), 1.0, &ball_material));
+    test::add_floor(w, &floor_material);
+    test::add_ball(w, position(0.0, 0.0, 1.0), 1.0, &ball_material);
     w.add_light(std::make_unique<point_light>(position(4.0, 0.0, 4.0), colour(1.0, 1.0, 1.0), colour()));
     w.build_hierarchy(8);
   }

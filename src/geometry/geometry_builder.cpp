@@ -1,0 +1,108 @@
+// geometry_builder.cpp - the primitives as read, and their rearrangement
+// into leaf order once the hierarchy is built.
+#include "geometry/geometry_builder.h"
+
+#include <new>
+
+namespace sciray {
+
+namespace {
+
+// `from` reordered so that entry i is from[order[i]].
+template <typename T>
+std::vector<T> reordered(std::vector<T>& from, const std::vector<std::uint32_t>& order) {
+  std::vector<T> to;
+  to.reserve(order.size());
+  for (const std::uint32_t i : order) to.push_back(from[i]);
+  std::vector<T>().swap(from);
+  return to;
+}
+
+}  // namespace
+
+primitive_ref geometry_builder::next_ref(shape_kind kind, std::size_t count) const {
+  // A scene this large could not be held anyway.
+  if (count >= primitive_ref::index_limit) throw std::bad_alloc();
+  return primitive_ref(kind, static_cast<std::uint32_t>(count));
+}
+
+void geometry_builder::added(primitive_ref p, const bounding_box& box, const material* m) {
+  added_.push_back(p);
+  boxes_.push_back(box);
+  root_box_.widen(box);
+  const auto [at, fresh] = material_index_.try_emplace(m, static_cast<std::uint32_t>(material_list_.size()));
+  if (fresh) material_list_.push_back(m);
+  materials_[static_cast<std::size_t>(p.kind())].push_back(at->second);
+}
+
+void geometry_builder::add_sphere(const position& center, double radius, const material* m) {
+  const primitive_ref p = next_ref(shape_kind::sphere, spheres_.size());
+  spheres_.emplace_back(center, radius);
+  added(p, spheres_.back().bounds(), m);
+}
+
+void geometry_builder::add_cylinder(const position& start, const position& end, double radius, const material* m,
+                                    double value_start, double value_end) {
+  const primitive_ref p = next_ref(shape_kind::cylinder, cylinders_.size());
+  cylinder& c = cylinders_.emplace_back(start, end, radius);
+  c.surface.value_start = value_start;
+  c.surface.value_end = value_end;
+  added(p, c.bounds(), m);
+}
+
+void geometry_builder::add_triangle(const position& p0, const position& p1, const position& p2,
+                                    const direction* normals, const double* values, const material* m) {
+  const primitive_ref p = next_ref(shape_kind::triangle, triangles_.size());
+  const triangle t(p0, p1, p2);
+  triangles_.push_back(t.shape);
+  triangle_corners corners;
+  if (normals != nullptr) {
+    for (int k = 0; k < 3; ++k) {
+      corners.normal[k] = static_cast<std::uint32_t>(corner_normals_.size());
+      corner_normals_.push_back(normals[k]);
+    }
+  }
+  if (values != nullptr) {
+    corners.values = static_cast<std::uint32_t>(corner_values_.size());
+    corner_values_.push_back({values[0], values[1], values[2]});
+  }
+  triangle_corners_.push_back(corners);
+  added(p, t.bounds(), m);
+}
+
+void geometry_builder::build(int leaf_size, scene_geometry& g) {
+  g.hierarchy_.build(boxes_, root_box_, leaf_size);
+  std::vector<bounding_box>().swap(boxes_);
+
+  // Each kind's primitives in the order the leaves list them.
+  std::array<std::vector<std::uint32_t>, 3> by_kind;
+  const std::vector<std::uint32_t> order = g.hierarchy_.take_order();
+  g.items_.resize(order.size());
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    const primitive_ref p = added_[order[i]];
+    std::vector<std::uint32_t>& list = by_kind[static_cast<std::size_t>(p.kind())];
+    g.items_[i] = primitive_ref(p.kind(), static_cast<std::uint32_t>(list.size()));
+    list.push_back(p.index());
+  }
+  std::vector<primitive_ref>().swap(added_);
+
+  const auto& spheres = by_kind[static_cast<std::size_t>(shape_kind::sphere)];
+  const auto& cylinders = by_kind[static_cast<std::size_t>(shape_kind::cylinder)];
+  const auto& triangles = by_kind[static_cast<std::size_t>(shape_kind::triangle)];
+  g.spheres_ = reordered(spheres_, spheres);
+  for (const std::uint32_t i : cylinders) {
+    g.cylinders_.push_back(cylinders_[i].shape);
+    g.cylinder_surfaces_.push_back(cylinders_[i].surface);
+  }
+  std::vector<cylinder>().swap(cylinders_);
+  g.triangles_ = reordered(triangles_, triangles);
+  g.triangle_corners_ = reordered(triangle_corners_, triangles);
+  g.corner_normals_ = std::move(corner_normals_);
+  g.corner_values_ = std::move(corner_values_);
+  for (std::size_t k = 0; k < 3; ++k) g.materials_[k] = reordered(materials_[k], by_kind[k]);
+  g.material_list_ = std::move(material_list_);
+  material_index_.clear();
+  root_box_ = bounding_box{};
+}
+
+}  // namespace sciray

@@ -1,0 +1,51 @@
+// geometry_builder.h - collects the primitives while the scene is read, then
+// builds the bounding hierarchy over them and lays them out for tracing.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+#include "geometry/scene_geometry.h"
+
+namespace sciray {
+
+class geometry_builder {
+ public:
+  void add_sphere(const position& center, double radius, const material* m);
+  // A segment; contour lines give the data values at its two ends.
+  void add_cylinder(const position& start, const position& end, double radius, const material* m,
+                    double value_start = 0.0, double value_end = 0.0);
+  // A triangle; `normals` (three, or null for the face normal at every
+  // corner) and `values` (three, or null for 0) belong to its corners.
+  void add_triangle(const position& p0, const position& p1, const position& p2, const direction* normals,
+                    const double* values, const material* m);
+
+  std::size_t size() const { return added_.size(); }
+  // The union of the boxes of all primitives, widened in the order added.
+  const bounding_box& root_box() const { return root_box_; }
+
+  // Builds the hierarchy with leaves of at most `leaf_size` primitives and
+  // moves everything into `geometry`, leaving the builder empty.
+  void build(int leaf_size, scene_geometry& geometry);
+
+ private:
+  primitive_ref next_ref(shape_kind kind, std::size_t count) const;
+  void added(primitive_ref p, const bounding_box& box, const material* m);
+
+  std::vector<primitive_ref> added_;   // in the order added
+  std::vector<bounding_box> boxes_;    // likewise
+  bounding_box root_box_;
+  std::vector<sphere> spheres_;
+  std::vector<cylinder> cylinders_;
+  std::vector<triangle_shape> triangles_;
+  std::vector<triangle_corners> triangle_corners_;
+  std::vector<direction> corner_normals_;
+  std::vector<std::array<double, 3>> corner_values_;
+  std::array<std::vector<std::uint32_t>, 3> materials_;
+  std::vector<const material*> material_list_;
+  std::unordered_map<const material*, std::uint32_t> material_index_;
+};
+
+}  // namespace sciray
