@@ -85,6 +85,15 @@ void geometry_builder::build(int leaf_size, scene_geometry& g) {
     list.push_back(p.index());
   }
   std::vector<primitive_ref>().swap(added_);
+  g.hierarchy_.retag_leaves([&g](hierarchy_child& leaf) {
+    leaf.tag = scene_geometry::mixed_leaf;
+    if (leaf.count == 0) return;
+    const primitive_ref head = g.items_[leaf.first];
+    for (std::uint32_t i = leaf.first; i < leaf.first + leaf.count; ++i)
+      if (g.items_[i].kind() != head.kind()) return;
+    leaf.tag = static_cast<std::uint32_t>(head.kind());
+    leaf.first = head.index();
+  });
 
   const auto& spheres = by_kind[static_cast<std::size_t>(shape_kind::sphere)];
   const auto& cylinders = by_kind[static_cast<std::size_t>(shape_kind::cylinder)];

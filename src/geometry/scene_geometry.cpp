@@ -20,32 +20,49 @@ struct taken_triangle {
 
 bool scene_geometry::intersect(const ray& r, hit_record& hit, std::uint32_t& test_count) const {
   taken_triangle taken;
-  // Tests a leaf's primitives in list order, each against the distance the
-  // ones before it left: equal roots go to the first sphere or cylinder and
-  // to the last triangle.
-  const auto test_leaf = [&](std::uint32_t first, std::uint32_t count) {
-    test_count += count;
+  // Tests one primitive against the distance the ones before it left: equal
+  // roots go to the first sphere or cylinder and to the last triangle.
+  const auto test = [&](shape_kind kind, std::uint32_t k) {
+    switch (kind) {
+      case shape_kind::sphere:
+        if (!spheres_[k].intersect(r, hit.distance)) return false;
+        break;
+      case shape_kind::cylinder:
+        if (!cylinders_[k].intersect(r, hit.distance)) return false;
+        break;
+      case shape_kind::triangle: {
+        double t, b1, b2;
+        if (!triangles_[k].intersect(r, hit.distance, t, b1, b2)) return false;
+        hit.distance = t;
+        taken = {k, b1, b2};
+        break;
+      }
+    }
+    hit.object = primitive_ref(kind, k);
+    return true;
+  };
+  // A leaf of one kind holds consecutive primitives of that kind; a mixed
+  // one lists its primitives in order.
+  const auto test_leaf = [&](const hierarchy_child& leaf) {
+    test_count += leaf.count;
     bool any = false;
-    for (std::uint32_t i = first; i < first + count; ++i) {
-      const primitive_ref p = items_[i];
-      const std::uint32_t k = p.index();
-      switch (p.kind()) {
+    if (leaf.tag == mixed_leaf) {
+      for (std::uint32_t i = leaf.first; i < leaf.first + leaf.count; ++i)
+        any = test(items_[i].kind(), items_[i].index()) || any;
+    } else {
+      // One loop per kind, so that each is a tight loop of one test.
+      const std::uint32_t end = leaf.first + leaf.count;
+      switch (static_cast<shape_kind>(leaf.tag)) {
         case shape_kind::sphere:
-          if (!spheres_[k].intersect(r, hit.distance)) continue;
+          for (std::uint32_t k = leaf.first; k < end; ++k) any = test(shape_kind::sphere, k) || any;
           break;
         case shape_kind::cylinder:
-          if (!cylinders_[k].intersect(r, hit.distance)) continue;
+          for (std::uint32_t k = leaf.first; k < end; ++k) any = test(shape_kind::cylinder, k) || any;
           break;
-        case shape_kind::triangle: {
-          double t, b1, b2;
-          if (!triangles_[k].intersect(r, hit.distance, t, b1, b2)) continue;
-          hit.distance = t;
-          taken = {k, b1, b2};
+        case shape_kind::triangle:
+          for (std::uint32_t k = leaf.first; k < end; ++k) any = test(shape_kind::triangle, k) || any;
           break;
-        }
       }
-      hit.object = p;
-      any = true;
     }
     return any;
   };

@@ -55,6 +55,11 @@ class scene_geometry {
  private:
   friend class geometry_builder;
 
+  // The tag of a leaf whose primitives are not all of one kind; a leaf of
+  // one kind is tagged with the kind and starts at its first primitive in
+  // that kind's array.
+  static constexpr std::uint32_t mixed_leaf = 3;
+
   bounding_hierarchy hierarchy_;
   std::vector<primitive_ref> items_;
   std::vector<sphere> spheres_;

@@ -52,7 +52,7 @@ void bounding_hierarchy::build(std::span<const bounding_box> boxes, const boundi
 
 hierarchy_child bounding_hierarchy::split(build_state& b, std::uint32_t first, std::uint32_t count,
                                           const bounding_box& box, int level) {
-  if (count <= b.leaf_size || level + 1 >= max_depth) return {first, count};
+  if (count <= b.leaf_size || level + 1 >= max_depth) return {first, count, 0};
 
   const auto index = static_cast<std::uint32_t>(nodes_.size());
   nodes_.emplace_back();
@@ -60,8 +60,8 @@ hierarchy_child bounding_hierarchy::split(build_state& b, std::uint32_t first, s
   if ((ex == 0.0) + (ey == 0.0) + (ez == 0.0) >= 2) {
     store_lane(nodes_[index].boxes, 0, bounding_box{});
     store_lane(nodes_[index].boxes, 1, bounding_box{});
-    nodes_[index].child[0] = nodes_[index].child[1] = {first, 0};
-    return {index, hierarchy_child::inner_mark};
+    nodes_[index].child[0] = nodes_[index].child[1] = {first, 0, 0};
+    return {index, hierarchy_child::inner_mark, 0};
   }
 
   const int axis = (ex >= ey && ex >= ez) ? 0 : (ey >= ez ? 1 : 2);
@@ -81,7 +81,7 @@ hierarchy_child bounding_hierarchy::split(build_state& b, std::uint32_t first, s
   const hierarchy_child r = split(b, first + half, count - half, right, level + 1);
   nodes_[index].child[0] = l;
   nodes_[index].child[1] = r;
-  return {index, hierarchy_child::inner_mark};
+  return {index, hierarchy_child::inner_mark, 0};
 }
 
 }  // namespace sciray

@@ -18,10 +18,12 @@ struct hierarchy_child {
   static constexpr std::uint32_t inner_mark = ~std::uint32_t{0};
   std::uint32_t first = 0;  // a leaf: its first object in order(); an inner node: its index in nodes()
   std::uint32_t count = 0;  // a leaf: its number of objects; inner_mark for an inner node
+  std::uint32_t tag = 0;    // a leaf: free for the owner of the objects (see retag_leaves)
   bool leaf() const { return count != inner_mark; }
 };
 
-struct hierarchy_node {
+// Two cache lines: the children's boxes, then the children.
+struct alignas(64) hierarchy_node {
   box_pair boxes;  // lane 0 the left child's box, lane 1 the right child's
   hierarchy_child child[2];
 };
@@ -45,8 +47,18 @@ class bounding_hierarchy {
   const std::vector<hierarchy_node>& nodes() const { return nodes_; }
   const hierarchy_child& root() const { return root_; }
 
+  // Lets `retag(leaf)` rewrite the `first` and `tag` of every leaf, for an
+  // owner that lays its objects out in its own way once the tree is built.
+  template <typename Retag>
+  void retag_leaves(Retag&& retag) {
+    if (root_.leaf()) retag(root_);
+    for (hierarchy_node& n : nodes_)
+      for (hierarchy_child& c : n.child)
+        if (c.leaf()) retag(c);
+  }
+
   // Walks the tree for one ray, nearest box first, calling
-  // test_leaf(first, count) for every leaf whose box the ray enters; the leaf
+  // test_leaf(leaf) for every leaf whose box the ray enters; the leaf
   // test lowers `distance` as it finds hits, and boxes beyond it are skipped.
   // True if any leaf test returned true.
   template <typename LeafTest>
@@ -65,33 +77,41 @@ class bounding_hierarchy {
 template <typename LeafTest>
 bool bounding_hierarchy::walk(const ray& r, const double& distance, LeafTest&& test_leaf) const {
   const box_ray along(r);
-  if (!(enter_boxes(root_box_, along, distance).entered & 1)) return false;
+  const box_pair_result at_root = enter_boxes<true>(root_box_, along, distance);
+  if (!(at_root.entered & 1)) return false;
 
   // Children still to visit, each with the test that tells whether the ray
-  // still enters its box once the distance has shrunk.
+  // still enters its box once the distance has shrunk, and whether the
+  // origin lies in it (a box without the origin holds no box with it).
   struct pending {
     const hierarchy_child* child;
     double retest;
+    bool holds_origin;
   };
   pending stack[max_depth];
   int top = 0;
   bool found = false;
   const hierarchy_child* current = &root_;
+  bool holds_origin = at_root.inside & 1;
   for (;;) {
     if (current->leaf()) {
-      if (test_leaf(current->first, current->count)) found = true;
+      if (test_leaf(*current)) found = true;
     } else {
       const hierarchy_node& node = nodes_[current->first];
-      const box_pair_result t = enter_boxes(node.boxes, along, distance);
+      const box_pair_result t = holds_origin ? enter_boxes<true>(node.boxes, along, distance)
+                                             : enter_boxes<false>(node.boxes, along, distance);
       if (t.entered == 3) {
         // Nearest first; on equal entry distances the right child first.
         const int near = t.entry[0] < t.entry[1] ? 0 : 1;
-        stack[top++] = {&node.child[1 - near], t.retest[1 - near]};
+        stack[top++] = {&node.child[1 - near], t.retest[1 - near], ((t.inside >> (1 - near)) & 1) != 0};
         current = &node.child[near];
+        holds_origin = (t.inside >> near) & 1;
         continue;
       }
       if (t.entered != 0) {
-        current = &node.child[t.entered == 1 ? 0 : 1];
+        const int only = t.entered == 1 ? 0 : 1;
+        current = &node.child[only];
+        holds_origin = (t.inside >> only) & 1;
         continue;
       }
     }
@@ -100,6 +120,7 @@ bool bounding_hierarchy::walk(const ray& r, const double& distance, LeafTest&& t
       --top;
     } while (stack[top].retest > distance);
     current = stack[top].child;
+    holds_origin = stack[top].holds_origin;
   }
 }
 

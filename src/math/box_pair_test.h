@@ -39,6 +39,7 @@ struct box_pair {
 
 struct box_pair_result {
   int entered;       // bit 0: box 0 entered, bit 1: box 1
+  int inside;        // bit 0: the origin lies in box 0, bit 1: in box 1
   double entry[2];   // entry distance of an entered box; 0 when the origin is inside it
   double retest[2];  // an entered box is still entered under a shorter distance d while !(retest > d)
 };
@@ -46,18 +47,22 @@ struct box_pair_result {
 // A box is entered when the origin lies in it (ends included), or when on
 // every axis the ray meets its slab ahead of the origin (an axis the ray runs
 // parallel to must hold the origin) and the latest slab entry is neither past
-// the earliest slab exit nor past `distance`.
+// the earliest slab exit nor past `distance`. A caller that knows the origin
+// lies in neither box (it lies outside their parent's) passes false for
+// `origin_may_be_inside`, and the inside test is left out.
+template <bool origin_may_be_inside>
 inline box_pair_result enter_boxes(const box_pair& boxes, const box_ray& r, double distance) {
   const __m128d all = _mm_castsi128_pd(_mm_set1_epi32(-1));
-  __m128d inside = all, miss = _mm_setzero_pd();
+  __m128d inside = origin_may_be_inside ? all : _mm_setzero_pd(), miss = _mm_setzero_pd();
   __m128d near = _mm_set1_pd(-1e20), far = _mm_set1_pd(1e20);
-  for (int a = 0; a < 3; ++a) {
+  // One axis; written out three times below so that the ray stays in registers.
+  const auto slab = [&](int a) {
     const __m128d lo = _mm_load_pd(boxes.lo[a]), hi = _mm_load_pd(boxes.hi[a]);
-    const __m128d within = _mm_and_pd(_mm_cmple_pd(lo, r.origin[a]), _mm_cmple_pd(r.origin[a], hi));
-    inside = _mm_and_pd(inside, within);
+    const auto within = [&]() { return _mm_and_pd(_mm_cmple_pd(lo, r.origin[a]), _mm_cmple_pd(r.origin[a], hi)); };
+    if (origin_may_be_inside) inside = _mm_and_pd(inside, within());
     if (r.flat[a]) {
-      miss = _mm_or_pd(miss, _mm_andnot_pd(within, all));
-      continue;
+      miss = _mm_or_pd(miss, _mm_andnot_pd(within(), all));
+      return;
     }
     const __m128d t1 = _mm_mul_pd(_mm_sub_pd(lo, r.origin[a]), r.inverse[a]);
     const __m128d t2 = _mm_mul_pd(_mm_sub_pd(hi, r.origin[a]), r.inverse[a]);
@@ -66,12 +71,15 @@ inline box_pair_result enter_boxes(const box_pair& boxes, const box_ray& r, doub
     miss = _mm_or_pd(miss, _mm_cmpngt_pd(t_far, _mm_setzero_pd()));
     near = _mm_max_pd(t_near, near);  // raised by a later entry
     far = _mm_min_pd(t_far, far);     // lowered by an earlier exit
-  }
+  };
+  slab(0);
+  slab(1);
+  slab(2);
   miss = _mm_or_pd(miss, _mm_or_pd(_mm_cmpgt_pd(near, far), _mm_cmpgt_pd(near, _mm_set1_pd(distance))));
-  const __m128d entered = _mm_or_pd(inside, _mm_andnot_pd(miss, all));
 
   box_pair_result result;
-  result.entered = _mm_movemask_pd(entered);
+  result.entered = _mm_movemask_pd(_mm_or_pd(inside, _mm_andnot_pd(miss, all)));
+  result.inside = _mm_movemask_pd(inside);
   // From inside: entry 0, and no shorter distance leaves the box.
   const __m128d never = _mm_set1_pd(-std::numeric_limits<double>::infinity());
   _mm_storeu_pd(result.entry, _mm_andnot_pd(inside, near));

@@ -57,7 +57,7 @@ double entry(const ray& r, double limit = 1e20, const bounding_box& box = {{{0, 
     pair.lo[a][1] = box.any_empty() ? nan : box.axis[a].lo;
     pair.hi[a][1] = box.any_empty() ? nan : box.axis[a].hi;
   }
-  const box_pair_result t = enter_boxes(pair, box_ray(r), limit);
+  const box_pair_result t = enter_boxes<true>(pair, box_ray(r), limit);
   EXPECT_EQ(t.entered & 1, 0);
   double scalar = -5;
   EXPECT_EQ(t.entered == 2, enter_box(box, r, limit, scalar));
