@@ -17,7 +17,11 @@ def run_band(task, options):
 
 def run(tasks, options, progress):
     workers = max(1, len(os.sched_getaffinity(0)) // (options.threads or 1))
-    with ThreadPoolExecutor(workers) as pool:
+    pool = ThreadPoolExecutor(workers)
+    try:
         running = {pool.submit(run_band, task, options): task for task in tasks}
         for done in as_completed(running):
             progress.band_finished(running[done], done.result())
+    finally:
+        # On an interrupt, start no band that is still waiting.
+        pool.shutdown(cancel_futures=True)
