@@ -59,11 +59,12 @@ def run(tasks, options, progress):
         command = ['parallel', '--sshloginfile', options.hosts, '--workdir', '...', '--cleanup',
                    '--transferfile', '{1}', '--return', '{2}', '--colsep', '\t', '--tagstring', '{#}', *jobs,
                    f'sh -c {shlex.quote(band_script.SCRIPT)} sh {placeholders}', '::::', table.name]
-        with subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True) as run:
+        with subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True) as parallel:
             # Each task prints its result line when it has ended and its files are back.
-            for line in run.stdout:
+            for line in parallel.stdout:
                 number, _, result = line.partition('\t')
                 if number.isdigit() and 1 <= int(number) <= len(tasks):
                     progress.band_finished(tasks[int(number) - 1], band_script.parse_result(result))
-    if run.returncode > 100:
-        say(f'GNU parallel stopped with exit {run.returncode}')
+    # Up to 100 is the number of failed tasks, which are reported one by one.
+    if parallel.returncode > 100:
+        say(f'GNU parallel stopped with exit {parallel.returncode}')

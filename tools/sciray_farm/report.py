@@ -57,7 +57,7 @@ def report_failures(failed):
             error = logged_error(task.log_file)
             where = f'standard error in {task.log_file}' + (f': {error}' if error else '')
         else:
-            where = 'no log came back (see the messages above)'
+            where = 'it left no log (see the messages above)'
         say(f'{task.label} failed ({why}); {where}')
 
 

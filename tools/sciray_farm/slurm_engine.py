@@ -77,8 +77,9 @@ def job_state(job):
     fields = dict(f.split('=', 1) for f in r.stdout.split() if '=' in f)
     if r.returncode != 0 or 'JobState' not in fields:
         return None
-    status, _, signal = fields.get('ExitCode', '0:0').partition(':')
-    return fields['JobState'], int(status) or (128 + int(signal) if signal.isdigit() and int(signal) else 0)
+    # ExitCode is STATUS:SIGNAL; a job killed by a signal counts as the shell would count it.
+    status, signal = (int(n) for n in fields.get('ExitCode', '0:0').split(':'))
+    return fields['JobState'], status or (128 + signal if signal else 0)
 
 
 def wait(join, tasks, progress, patience=60):
