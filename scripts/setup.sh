@@ -2,7 +2,7 @@
 # Installs what sciray needs to build, test and convert pictures on a Debian
 # machine. Packages already present are left alone.
 set -euo pipefail
-packages=(cmake g++ make libgtest-dev libbenchmark-dev libpng-dev python3 python3-pil)
+packages=(cmake g++ make libgtest-dev libbenchmark-dev libpng-dev python3 python3-pil python3-numpy python3-meshio)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
