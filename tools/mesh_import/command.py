@@ -10,8 +10,8 @@ from . import banding, field_choice, framing, iso_lines, mesh_reading, options, 
 from .failure import conversion_error
 
 # Radii of lines and of the balls of vertex cells, per unit of the mesh's size.
-_LINE_RADIUS = 0.0025
-_SYMBOL_RADIUS = 0.012
+_LINE_RADIUS = 0.003
+_SYMBOL_RADIUS = 0.02
 
 
 def _points(mesh, used):

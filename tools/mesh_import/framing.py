@@ -61,7 +61,7 @@ def floor_corners(low, seen):
     picture's up direction, reaching well beyond the box on every side."""
     axis = int(np.argmax(seen.up))
     across = [a for a in range(3) if a != axis]
-    reach = 1.5 * seen.size
+    reach = 5 * seen.size
     corners = []
     for s, t in ((-1, -1), (1, -1), (1, 1), (-1, 1)):
         corner = seen.centre.copy()
