@@ -47,8 +47,8 @@ def _count(low, high):
 def _build():
     parser = _parser(prog="sciray-import", description=DESCRIPTION,
                      formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("mesh", help="the mesh file")
-    parser.add_argument("out", help="the scene file to write")
+    parser.add_argument("mesh", metavar="MESH", help="the mesh file")
+    parser.add_argument("out", metavar="OUT.ren", help="the scene file to write")
     parser.add_argument("--scalar", metavar="NAME",
                         help="the field to colour by (default: the first point field, else the first cell field); "
                              "a cell field is averaged onto the points, a vector field gives its magnitude")
