@@ -98,7 +98,9 @@ void geometry_builder::build(int leaf_size, scene_geometry& g) {
   const auto& spheres = by_kind[static_cast<std::size_t>(shape_kind::sphere)];
   const auto& cylinders = by_kind[static_cast<std::size_t>(shape_kind::cylinder)];
   const auto& triangles = by_kind[static_cast<std::size_t>(shape_kind::triangle)];
-  g.spheres_ = reordered(spheres_, spheres);
+  for (const std::uint32_t i : spheres) g.spheres_.add(spheres_[i]);
+  g.spheres_.pad();
+  std::vector<sphere>().swap(spheres_);
   for (const std::uint32_t i : cylinders) {
     g.cylinders_.push_back(cylinders_[i].shape);
     g.cylinder_surfaces_.push_back(cylinders_[i].surface);

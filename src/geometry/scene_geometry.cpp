@@ -25,7 +25,7 @@ bool scene_geometry::intersect(const ray& r, hit_record& hit, std::uint32_t& tes
   const auto test = [&](shape_kind kind, std::uint32_t k) {
     switch (kind) {
       case shape_kind::sphere:
-        if (!spheres_[k].intersect(r, hit.distance)) return false;
+        if (!spheres_.at(k).intersect(r, hit.distance)) return false;
         break;
       case shape_kind::cylinder:
         if (!cylinders_[k].intersect(r, hit.distance)) return false;
@@ -53,9 +53,13 @@ bool scene_geometry::intersect(const ray& r, hit_record& hit, std::uint32_t& tes
       // One loop per kind, so that each is a tight loop of one test.
       const std::uint32_t end = leaf.first + leaf.count;
       switch (static_cast<shape_kind>(leaf.tag)) {
-        case shape_kind::sphere:
-          for (std::uint32_t k = leaf.first; k < end; ++k) any = test(shape_kind::sphere, k) || any;
+        case shape_kind::sphere: {
+          const int taken = take_spheres(spheres_, leaf.first, leaf.count, r, hit.distance);
+          if (taken < 0) break;
+          hit.object = primitive_ref(shape_kind::sphere, leaf.first + static_cast<std::uint32_t>(taken));
+          any = true;
           break;
+        }
         case shape_kind::cylinder:
           for (std::uint32_t k = leaf.first; k < end; ++k) any = test(shape_kind::cylinder, k) || any;
           break;
@@ -82,7 +86,7 @@ void scene_geometry::surface(const ray& r, hit_record& hit) const {
   const std::uint32_t k = hit.object.index();
   switch (hit.object.kind()) {
     case shape_kind::sphere:
-      spheres_[k].surface(p, hit);
+      spheres_.at(k).surface(p, hit);
       break;
     case shape_kind::cylinder:
       cylinder_surfaces_[k].fill(cylinders_[k], p, hit);

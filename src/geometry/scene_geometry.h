@@ -10,7 +10,7 @@
 
 #include "geometry/cylinder.h"
 #include "geometry/hit_record.h"
-#include "geometry/sphere.h"
+#include "geometry/sphere_columns.h"
 #include "geometry/triangle.h"
 #include "math/bounding_hierarchy.h"
 #include "math/ray.h"
@@ -44,7 +44,7 @@ class scene_geometry {
   const bounding_hierarchy& hierarchy() const { return hierarchy_; }
   // The primitives leaf by leaf, as the walk tests them.
   const std::vector<primitive_ref>& leaf_order() const { return items_; }
-  const sphere& sphere_at(std::uint32_t i) const { return spheres_[i]; }
+  sphere sphere_at(std::uint32_t i) const { return spheres_.at(i); }
   const cylinder_shape& cylinder_at(std::uint32_t i) const { return cylinders_[i]; }
   const cylinder_surface& cylinder_surface_at(std::uint32_t i) const { return cylinder_surfaces_[i]; }
   const triangle_shape& triangle_at(std::uint32_t i) const { return triangles_[i]; }
@@ -62,7 +62,7 @@ class scene_geometry {
 
   bounding_hierarchy hierarchy_;
   std::vector<primitive_ref> items_;
-  std::vector<sphere> spheres_;
+  sphere_columns spheres_;
   std::vector<cylinder_shape> cylinders_;
   std::vector<cylinder_surface> cylinder_surfaces_;
   std::vector<triangle_shape> triangles_;

@@ -65,6 +65,9 @@ class bounding_hierarchy {
   bool walk(const ray& r, const double& distance, LeafTest&& test_leaf) const;
 
  private:
+  template <bool may_be_flat, typename LeafTest>
+  bool walk_from(const box_ray& along, const double& distance, LeafTest& test_leaf) const;
+
   struct build_state;
   hierarchy_child split(build_state& b, std::uint32_t first, std::uint32_t count, const bounding_box& box, int level);
 
@@ -77,7 +80,13 @@ class bounding_hierarchy {
 template <typename LeafTest>
 bool bounding_hierarchy::walk(const ray& r, const double& distance, LeafTest&& test_leaf) const {
   const box_ray along(r);
-  const box_pair_result at_root = enter_boxes<true>(root_box_, along, distance);
+  // Rays parallel to an axis are rare: the others take a walk without that case.
+  return along.any_flat ? walk_from<true>(along, distance, test_leaf) : walk_from<false>(along, distance, test_leaf);
+}
+
+template <bool may_be_flat, typename LeafTest>
+bool bounding_hierarchy::walk_from(const box_ray& along, const double& distance, LeafTest& test_leaf) const {
+  const box_pair_result at_root = enter_boxes<true, may_be_flat>(root_box_, along, distance);
   if (!(at_root.entered & 1)) return false;
 
   // Children still to visit, each with the test that tells whether the ray
@@ -98,8 +107,8 @@ bool bounding_hierarchy::walk(const ray& r, const double& distance, LeafTest&& t
       if (test_leaf(*current)) found = true;
     } else {
       const hierarchy_node& node = nodes_[current->first];
-      const box_pair_result t = holds_origin ? enter_boxes<true>(node.boxes, along, distance)
-                                             : enter_boxes<false>(node.boxes, along, distance);
+      const box_pair_result t = holds_origin ? enter_boxes<true, may_be_flat>(node.boxes, along, distance)
+                                             : enter_boxes<false, may_be_flat>(node.boxes, along, distance);
       if (t.entered == 3) {
         // Nearest first; on equal entry distances the right child first.
         const int near = t.entry[0] < t.entry[1] ? 0 : 1;

@@ -26,9 +26,11 @@ struct box_ray {
       inverse[a] = _mm_set1_pd(r.inv_dir[a]);
       flat[a] = r.dir[a] == 0.0;
     }
+    any_flat = flat[0] || flat[1] || flat[2];
   }
   __m128d origin[3], inverse[3];
   bool flat[3];
+  bool any_flat;
 };
 
 // Two boxes side by side: lane 0 and lane 1 of each bound.
@@ -49,8 +51,9 @@ struct box_pair_result {
 // parallel to must hold the origin) and the latest slab entry is neither past
 // the earliest slab exit nor past `distance`. A caller that knows the origin
 // lies in neither box (it lies outside their parent's) passes false for
-// `origin_may_be_inside`, and the inside test is left out.
-template <bool origin_may_be_inside>
+// `origin_may_be_inside`, and the inside test is left out; one whose ray has
+// no zero direction component passes false for `may_be_flat`.
+template <bool origin_may_be_inside, bool may_be_flat = true>
 inline box_pair_result enter_boxes(const box_pair& boxes, const box_ray& r, double distance) {
   const __m128d all = _mm_castsi128_pd(_mm_set1_epi32(-1));
   __m128d inside = origin_may_be_inside ? all : _mm_setzero_pd(), miss = _mm_setzero_pd();
@@ -60,7 +63,7 @@ inline box_pair_result enter_boxes(const box_pair& boxes, const box_ray& r, doub
     const __m128d lo = _mm_load_pd(boxes.lo[a]), hi = _mm_load_pd(boxes.hi[a]);
     const auto within = [&]() { return _mm_and_pd(_mm_cmple_pd(lo, r.origin[a]), _mm_cmple_pd(r.origin[a], hi)); };
     if (origin_may_be_inside) inside = _mm_and_pd(inside, within());
-    if (r.flat[a]) {
+    if (may_be_flat && r.flat[a]) {
       miss = _mm_or_pd(miss, _mm_andnot_pd(within(), all));
       return;
     }
