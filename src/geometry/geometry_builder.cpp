@@ -98,15 +98,27 @@ void geometry_builder::build(int leaf_size, scene_geometry& g) {
   const auto& spheres = by_kind[static_cast<std::size_t>(shape_kind::sphere)];
   const auto& cylinders = by_kind[static_cast<std::size_t>(shape_kind::cylinder)];
   const auto& triangles = by_kind[static_cast<std::size_t>(shape_kind::triangle)];
-  for (const std::uint32_t i : spheres) g.spheres_.add(spheres_[i]);
-  g.spheres_.pad();
+  for (const std::uint32_t i : spheres) {
+    const sphere& s = spheres_[i];
+    g.spheres_.add({s.center.x, s.center.y, s.center.z, s.radius_squared});
+    g.sphere_radius_.push_back(s.radius);
+  }
   std::vector<sphere>().swap(spheres_);
   for (const std::uint32_t i : cylinders) {
-    g.cylinders_.push_back(cylinders_[i].shape);
+    const cylinder_shape& c = cylinders_[i].shape;
+    g.cylinders_.add({c.start.x, c.start.y, c.start.z, c.axis.x, c.axis.y, c.axis.z, c.length, c.radius_squared});
     g.cylinder_surfaces_.push_back(cylinders_[i].surface);
   }
   std::vector<cylinder>().swap(cylinders_);
-  g.triangles_ = reordered(triangles_, triangles);
+  for (const std::uint32_t i : triangles) {
+    const triangle_shape& t = triangles_[i];
+    g.triangles_.add({t.normal.x, t.normal.y, t.normal.z, t.offset, t.weight1[0], t.weight1[1], t.weight1[2],
+                      t.weight1[3], t.weight2[0], t.weight2[1], t.weight2[2], t.weight2[3]});
+  }
+  std::vector<triangle_shape>().swap(triangles_);
+  g.spheres_.pad();
+  g.cylinders_.pad();
+  g.triangles_.pad();
   g.triangle_corners_ = reordered(triangle_corners_, triangles);
   g.corner_normals_ = std::move(corner_normals_);
   g.corner_values_ = std::move(corner_values_);

@@ -2,70 +2,90 @@
 // material of a primitive.
 #include "geometry/scene_geometry.h"
 
+#include <algorithm>
+#include <array>
+
 namespace sciray {
 
 namespace {
 
 constexpr std::uint32_t no_triangle = ~std::uint32_t{0};
+// Leaves hold at most this many primitives (larger ones are tested in pieces).
+constexpr std::uint32_t piece = 8;
 
 // A triangle taken by the walk: its shading data is worked out once, for the
 // last one taken, after the walk (a later hit on a sphere or cylinder
-// overwrites the normal and coordinates when it is shaded, as it would have).
+// overwrites the normal when it is shaded, as it would have).
 struct taken_triangle {
   std::uint32_t index = no_triangle;
   double b1 = 0.0, b2 = 0.0;
+};
+
+// The candidates of some primitives of one kind, in list order.
+struct kind_candidates {
+  std::uint32_t first = 0, count = 0;  // in the kind's arrays
+  std::array<double, piece> t, b1, b2;
 };
 
 }  // namespace
 
 bool scene_geometry::intersect(const ray& r, hit_record& hit, std::uint32_t& test_count) const {
   taken_triangle taken;
-  // Tests one primitive against the distance the ones before it left: equal
-  // roots go to the first sphere or cylinder and to the last triangle.
-  const auto test = [&](shape_kind kind, std::uint32_t k) {
+  std::array<kind_candidates, 3> by_kind;
+  // Works out the candidates of `count` primitives of `kind` from `first`.
+  const auto work_out = [&](shape_kind kind, std::uint32_t first, std::uint32_t count) {
+    kind_candidates& c = by_kind[static_cast<std::size_t>(kind)];
+    c.first = first;
+    c.count = count;
+    if (count == 0) return false;
     switch (kind) {
       case shape_kind::sphere:
-        if (!spheres_.at(k).intersect(r, hit.distance)) return false;
-        break;
+        return sphere_candidates(spheres_, first, count, r, c.t.data());
       case shape_kind::cylinder:
-        if (!cylinders_[k].intersect(r, hit.distance)) return false;
-        break;
-      case shape_kind::triangle: {
-        double t, b1, b2;
-        if (!triangles_[k].intersect(r, hit.distance, t, b1, b2)) return false;
-        hit.distance = t;
-        taken = {k, b1, b2};
-        break;
-      }
+        return cylinder_candidates(cylinders_, first, count, r, c.t.data());
+      case shape_kind::triangle:
+        return triangle_candidates(triangles_, first, count, r, c.t.data(), c.b1.data(), c.b2.data());
     }
-    hit.object = primitive_ref(kind, k);
+    return false;
+  };
+  // Takes candidate j of `kind` if the distance allows: below it for spheres
+  // and cylinders (the first of equal roots wins), not beyond it for
+  // triangles (the last wins).
+  const auto take = [&](shape_kind kind, std::uint32_t j) {
+    const kind_candidates& c = by_kind[static_cast<std::size_t>(kind)];
+    const double t = c.t[j];
+    if (kind == shape_kind::triangle ? (t != t || t > hit.distance) : !(t < hit.distance)) return false;
+    hit.distance = t;
+    hit.object = primitive_ref(kind, c.first + j);
+    if (kind == shape_kind::triangle) taken = {c.first + j, c.b1[j], c.b2[j]};
     return true;
   };
-  // A leaf of one kind holds consecutive primitives of that kind; a mixed
-  // one lists its primitives in order.
   const auto test_leaf = [&](const hierarchy_child& leaf) {
     test_count += leaf.count;
     bool any = false;
-    if (leaf.tag == mixed_leaf) {
-      for (std::uint32_t i = leaf.first; i < leaf.first + leaf.count; ++i)
-        any = test(items_[i].kind(), items_[i].index()) || any;
-    } else {
-      // One loop per kind, so that each is a tight loop of one test.
-      const std::uint32_t end = leaf.first + leaf.count;
-      switch (static_cast<shape_kind>(leaf.tag)) {
-        case shape_kind::sphere: {
-          const int taken = take_spheres(spheres_, leaf.first, leaf.count, r, hit.distance);
-          if (taken < 0) break;
-          hit.object = primitive_ref(shape_kind::sphere, leaf.first + static_cast<std::uint32_t>(taken));
-          any = true;
-          break;
-        }
-        case shape_kind::cylinder:
-          for (std::uint32_t k = leaf.first; k < end; ++k) any = test(shape_kind::cylinder, k) || any;
-          break;
-        case shape_kind::triangle:
-          for (std::uint32_t k = leaf.first; k < end; ++k) any = test(shape_kind::triangle, k) || any;
-          break;
+    for (std::uint32_t done = 0; done < leaf.count; done += piece) {
+      const std::uint32_t count = std::min(piece, leaf.count - done);
+      if (leaf.tag != mixed_leaf) {
+        // All of one kind, consecutive in that kind's arrays.
+        const auto kind = static_cast<shape_kind>(leaf.tag);
+        if (!work_out(kind, leaf.first + done, count)) continue;
+        for (std::uint32_t j = 0; j < count; ++j) any = take(kind, j) || any;
+        continue;
+      }
+      // Mixed: each kind's primitives are consecutive in its arrays, in list order.
+      const primitive_ref* items = items_.data() + leaf.first + done;
+      std::array<std::uint32_t, 3> first{}, number{};
+      for (std::uint32_t i = 0; i < count; ++i) {
+        const auto k = static_cast<std::size_t>(items[i].kind());
+        if (number[k]++ == 0) first[k] = items[i].index();
+      }
+      bool some = false;
+      for (std::size_t k = 0; k < 3; ++k) some = work_out(static_cast<shape_kind>(k), first[k], number[k]) || some;
+      if (!some) continue;
+      std::array<std::uint32_t, 3> next{};
+      for (std::uint32_t i = 0; i < count; ++i) {
+        const shape_kind kind = items[i].kind();
+        any = take(kind, next[static_cast<std::size_t>(kind)]++) || any;
       }
     }
     return any;
@@ -86,10 +106,10 @@ void scene_geometry::surface(const ray& r, hit_record& hit) const {
   const std::uint32_t k = hit.object.index();
   switch (hit.object.kind()) {
     case shape_kind::sphere:
-      spheres_.at(k).surface(p, hit);
+      sphere_at(k).surface(p, hit);
       break;
     case shape_kind::cylinder:
-      cylinder_surfaces_[k].fill(cylinders_[k], p, hit);
+      cylinder_surfaces_[k].fill(cylinder_at(k), p, hit);
       break;
     case shape_kind::triangle:
       break;
@@ -100,9 +120,25 @@ const material* scene_geometry::material_of(primitive_ref p) const {
   return material_list_[materials_[static_cast<std::size_t>(p.kind())][p.index()]];
 }
 
+sphere scene_geometry::sphere_at(std::uint32_t i) const {
+  return sphere(position(spheres_.at(sx, i), spheres_.at(sy, i), spheres_.at(sz, i)), sphere_radius_[i]);
+}
+
+cylinder_shape scene_geometry::cylinder_at(std::uint32_t i) const {
+  const auto q = [&](cylinder_column c) { return cylinders_.at(c, i); };
+  return {position(q(cx), q(cy), q(cz)), direction(q(c_axis_x), q(c_axis_y), q(c_axis_z)), q(c_length),
+          q(c_radius_squared)};
+}
+
+triangle_shape scene_geometry::triangle_at(std::uint32_t i) const {
+  const auto q = [&](triangle_column c) { return triangles_.at(c, i); };
+  return {direction(q(n_x), q(n_y), q(n_z)), q(t_offset), {q(w1_x), q(w1_y), q(w1_z), q(w1_1)},
+          {q(w2_x), q(w2_y), q(w2_z), q(w2_1)}};
+}
+
 direction scene_geometry::corner_normal(std::uint32_t i, int k) const {
   const std::uint32_t n = triangle_corners_[i].normal[k];
-  return n == triangle_corners::face ? triangles_[i].normal : corner_normals_[n];
+  return n == triangle_corners::face ? triangle_at(i).normal : corner_normals_[n];
 }
 
 double scene_geometry::corner_value(std::uint32_t i, int k) const {

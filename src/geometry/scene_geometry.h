@@ -10,7 +10,8 @@
 
 #include "geometry/cylinder.h"
 #include "geometry/hit_record.h"
-#include "geometry/sphere_columns.h"
+#include "geometry/leaf_candidates.h"
+#include "geometry/sphere.h"
 #include "geometry/triangle.h"
 #include "math/bounding_hierarchy.h"
 #include "math/ray.h"
@@ -44,10 +45,10 @@ class scene_geometry {
   const bounding_hierarchy& hierarchy() const { return hierarchy_; }
   // The primitives leaf by leaf, as the walk tests them.
   const std::vector<primitive_ref>& leaf_order() const { return items_; }
-  sphere sphere_at(std::uint32_t i) const { return spheres_.at(i); }
-  const cylinder_shape& cylinder_at(std::uint32_t i) const { return cylinders_[i]; }
+  sphere sphere_at(std::uint32_t i) const;
+  cylinder_shape cylinder_at(std::uint32_t i) const;
   const cylinder_surface& cylinder_surface_at(std::uint32_t i) const { return cylinder_surfaces_[i]; }
-  const triangle_shape& triangle_at(std::uint32_t i) const { return triangles_[i]; }
+  triangle_shape triangle_at(std::uint32_t i) const;
   // Corner k's normal and value of triangle i.
   direction corner_normal(std::uint32_t i, int k) const;
   double corner_value(std::uint32_t i, int k) const;
@@ -62,10 +63,12 @@ class scene_geometry {
 
   bounding_hierarchy hierarchy_;
   std::vector<primitive_ref> items_;
-  sphere_columns spheres_;
-  std::vector<cylinder_shape> cylinders_;
+  // What the tests read, one array per quantity; what shading reads beside it.
+  sphere_set spheres_;
+  std::vector<double> sphere_radius_;
+  cylinder_set cylinders_;
   std::vector<cylinder_surface> cylinder_surfaces_;
-  std::vector<triangle_shape> triangles_;
+  triangle_set triangles_;
   std::vector<triangle_corners> triangle_corners_;
   std::vector<direction> corner_normals_;
   std::vector<std::array<double, 3>> corner_values_;

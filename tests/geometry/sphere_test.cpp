@@ -1,14 +1,10 @@
 // sphere_test.cpp - sphere roots and their admissibility, tangents, rays
 // from inside, bounds and the normal.
 #include "geometry/sphere.h"
-#include "geometry/sphere_columns.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
-#include <random>
-#include <vector>
 
 #include "geometry_test_support.h"
 
@@ -54,40 +50,6 @@ TEST(sphere, bounds_and_normal) {
   const hit_record below = ball.hit(ray(position(0, 0, -5), plus_z));
   EXPECT_EQ(below.normal, vector(0, 0, -1));
   EXPECT_EQ(below.value, -7.0);
-}
-
-TEST(sphere, leaf_test_takes_what_one_test_after_another_takes) {
-  // Leaves of one to eight spheres, some repeated (equal roots: the first
-  // takes), some around the origin (far roots) or touching it, some not a
-  // number; each ray tested against the leaf at once and sphere by sphere.
-  std::mt19937 gen(11);
-  std::uniform_real_distribution<double> coord(-3, 3), size(0.1, 2);
-  const double nan = std::numeric_limits<double>::quiet_NaN();
-  for (int trial = 0; trial < 4000; ++trial) {
-    const position origin(coord(gen), coord(gen), coord(gen));
-    const ray r(origin, normalise(vector(coord(gen), coord(gen), coord(gen))));
-    sphere_columns leaf;
-    std::vector<sphere> one_by_one;
-    const int count = 1 + trial % 8;
-    for (int i = 0; i < count; ++i) {
-      const int kind = static_cast<int>(gen() % 8);
-      sphere s = kind == 0 && i > 0 ? one_by_one.back()
-                 : kind == 1         ? sphere(origin, size(gen))
-                 : kind == 2         ? sphere(position(coord(gen), nan, coord(gen)), size(gen))
-                                     : sphere(position(coord(gen), coord(gen), coord(gen)), size(gen));
-      leaf.add(s);
-      one_by_one.push_back(s);
-    }
-    leaf.pad();
-    const double limit = trial % 3 == 0 ? 2.0 : 1e20;
-    double expected = limit;
-    int expected_index = -1;
-    for (int i = 0; i < count; ++i)
-      if (one_by_one[static_cast<std::size_t>(i)].intersect(r, expected)) expected_index = i;
-    double distance = limit;
-    EXPECT_EQ(take_spheres(leaf, 0, static_cast<std::uint32_t>(count), r, distance), expected_index) << trial;
-    EXPECT_EQ(distance, expected) << trial;
-  }
 }
 
 }  // namespace
