@@ -13,6 +13,9 @@ class rand_stream {
   rand_stream();
   // The next value in 0 .. 2147483647, exactly as rand() would return it.
   int next();
+  // Moves `count` values ahead, as that many next() calls would, in time
+  // that grows with the number of digits of `count` only.
+  void discard(std::uint64_t count);
 
  private:
   std::array<std::uint32_t, 34> ring_{};

@@ -21,5 +21,16 @@ TEST(rand_stream, two_streams_are_independent_objects) {
   EXPECT_EQ(b.next(), first);
 }
 
+TEST(rand_stream, discarding_jumps_where_drawing_goes) {
+  // Short and long jumps, from the start and from odd places in the ring.
+  rand_stream walked;
+  for (const std::uint64_t count : {0, 1, 5, 63, 64, 65, 1000, 33, 34, 123457, 2000000}) {
+    rand_stream jumped = walked;
+    jumped.discard(count);
+    for (std::uint64_t i = 0; i < count; ++i) walked.next();
+    for (int i = 0; i < 40; ++i) ASSERT_EQ(jumped.next(), walked.next()) << count << " value " << i;
+  }
+}
+
 }  // namespace
 }  // namespace sciray
