@@ -6,7 +6,8 @@
 # Packages already present are left alone.
 set -euo pipefail
 packages=(cmake g++ make libgtest-dev libbenchmark-dev libpng-dev python3 python3-pil
-  slurm-wlm munge openssh-server parallel rsync ffmpeg dpkg-dev man-db)
+  python3-numpy python3-meshio slurm-wlm munge openssh-server parallel rsync ffmpeg
+  dpkg-dev man-db)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

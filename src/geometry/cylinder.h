@@ -52,12 +52,10 @@ struct cylinder_shape {
 
 struct cylinder_surface {
   double radius;
-  direction reference;  // zero of the angle coordinate, perpendicular to the axis
   double value_start = 0.0, value_end = 0.0;  // data values at the ends (contour lines)
 
-  // The outward normal, the value interpolated along the axis and the
-  // surface coordinates (angle as arc length, distance along the axis) at
-  // the hit point `p`.
+  // The outward normal (also on the inside wall) and the value interpolated
+  // along the axis at the hit point `p`.
   void fill(const cylinder_shape& shape, const position& p, hit_record& hit) const;
 };
 

@@ -11,7 +11,6 @@ struct hit_record {
   primitive_ref object;    // nearest primitive hit so far; none when nothing was hit
   direction normal;        // unit surface normal at the hit
   double value = 0.0;      // interpolated data value (cylinders, triangles)
-  vector surface_coords;   // (u, v, 0)
 };
 
 // The first root admissible for every shape.

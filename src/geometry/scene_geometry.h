@@ -36,8 +36,8 @@ class scene_geometry {
   // and when a triangle was taken, the shading data of the last one taken.
   // True if any primitive was hit.
   bool intersect(const ray& r, hit_record& hit, std::uint32_t& test_count) const;
-  // The normal, value and surface coordinates of a sphere or cylinder hit
-  // (a triangle's were written when it was hit).
+  // The normal (and a cylinder's value) of a sphere or cylinder hit (a
+  // triangle's were written when it was hit).
   void surface(const ray& r, hit_record& hit) const;
   const material* material_of(primitive_ref p) const;
 

@@ -40,8 +40,7 @@ struct sphere {
     return false;
   }
 
-  // The outward normal and the surface coordinates (longitude and latitude
-  // as arc lengths) at the hit point `p`.
+  // The outward normal at the hit point `p`, also for a ray from inside.
   void surface(const position& p, hit_record& hit) const;
 
   position center;

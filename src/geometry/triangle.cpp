@@ -38,7 +38,6 @@ void fill_triangle_hit(const direction corner_normal[3], const double corner_val
   const double b0 = (1.0 - b1) - b2;
   hit.normal = normalise((b0 * corner_normal[0] + b1 * corner_normal[1]) + b2 * corner_normal[2]);
   hit.value = (b0 * corner_value[0] + b1 * corner_value[1]) + b2 * corner_value[2];
-  hit.surface_coords = vector(b1, b2, 0.0);
 }
 
 }  // namespace sciray

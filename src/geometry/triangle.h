@@ -48,8 +48,7 @@ struct triangle {
 };
 
 // The shading data of a hit with weights b1, b2 (b0 = 1 - b1 - b2): the
-// interpolated corner normal, normalised, the interpolated corner value and
-// the coordinates (b1, b2, 0).
+// interpolated corner normal, normalised, and the interpolated corner value.
 void fill_triangle_hit(const direction corner_normal[3], const double corner_value[3], double b1, double b2,
                        hit_record& hit);
 

@@ -59,7 +59,7 @@ TEST_P(example_picture, matches_its_reference) {
 
 INSTANTIATE_TEST_SUITE_P(examples, example_picture,
                          ::testing::Values("demo", "molecule", "surface_continuous", "surface_bands", "glass",
-                                           "weather", "preview"));
+                                           "weather", "preview", "torus"));
 
 TEST(band_workflow, joined_bands_equal_the_whole_picture) {
   const std::string scene = write_scratch_file("scene.ren", small_scene("surface_continuous"));

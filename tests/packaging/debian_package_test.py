@@ -38,6 +38,10 @@ def expected_files():
     files |= {f'{doc}/{name}' for name in ('README.md', 'scene-format.md', 'gallery.md')}
     for directory in ('docs/scene-format', 'docs/gallery', 'examples'):
         files |= {f'{doc}/{os.path.basename(directory)}/{f}' for f in os.listdir(os.path.join(SOURCE, directory))}
+    # sciray-import beside its modules, linked from bin.
+    files |= {'bin/sciray-import', 'lib/sciray/sciray-import'}
+    files |= {f'lib/sciray/mesh_import/{f}' for f in os.listdir(os.path.join(SOURCE, 'tools/mesh_import'))
+              if f != '__pycache__'}
     return files
 
 
