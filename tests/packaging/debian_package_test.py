@@ -18,7 +18,7 @@ from PIL import Image
 BUILD = os.environ['SCIRAY_BUILD_DIR']
 VERSION = os.environ['SCIRAY_VERSION']
 SOURCE = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-PROGRAMS = ('sciray', 'sciray-png', 'sciray-farm')
+PROGRAMS = ('sciray', 'sciray-png', 'sciray-farm', 'sciray-import')
 TIMEOUT = 300
 
 
@@ -39,7 +39,7 @@ def expected_files():
     for directory in ('docs/scene-format', 'docs/gallery', 'examples'):
         files |= {f'{doc}/{os.path.basename(directory)}/{f}' for f in os.listdir(os.path.join(SOURCE, directory))}
     # sciray-import beside its modules, linked from bin.
-    files |= {'bin/sciray-import', 'lib/sciray/sciray-import'}
+    files.add('lib/sciray/sciray-import')
     files |= {f'lib/sciray/mesh_import/{f}' for f in os.listdir(os.path.join(SOURCE, 'tools/mesh_import'))
               if f != '__pycache__'}
     return files
@@ -105,6 +105,8 @@ class debian_package(unittest.TestCase):
         for program in ('sciray', 'sciray-png'):
             for library in linked_libraries(os.path.join(self.usr, 'bin', program)):
                 self.assertIn(owning_package(library), depends, f'{program} needs {library}')
+        recommends = package_names(self.field('Recommends'))
+        self.assertTrue({'python3-meshio', 'python3-numpy'} <= recommends, recommends)
         suggests = package_names(self.field('Suggests'))
         self.assertTrue({'parallel', 'rsync', 'slurm-client', 'ffmpeg'} <= suggests, suggests)
         # apt can resolve the package's dependencies here.
@@ -136,6 +138,15 @@ class debian_package(unittest.TestCase):
         r = run([os.path.join(bin_dir, 'sciray-farm'), '--bands', '3', '--out', out, scene], env=env)
         self.assertEqual(r.returncode, 0, r.stderr)
         self.assertEqual(pixels(os.path.join(out, 'preview.png')), pixels(os.path.join(out, 'whole.png')))
+        # sciray-import, a link to the program beside its modules, makes a scene the installed sciray renders.
+        self.assertTrue(os.path.islink(os.path.join(bin_dir, 'sciray-import')))
+        mesh = os.path.join(self.usr, 'share/doc/sciray/examples/torus.vtk')
+        imported = os.path.join(out, 'torus.ren')
+        r = run([os.path.join(bin_dir, 'sciray-import'), mesh, imported, '--size', '32x24'])
+        self.assertEqual(r.returncode, 0, r.stderr)
+        r = run([os.path.join(bin_dir, 'sciray'), imported, os.path.join(out, 'torus.rgb')])
+        self.assertEqual(r.returncode, 0, r.stderr)
+        self.assertRegex(r.stdout, r'^Number of objects : [1-9]')
 
     def test_manual_pages_render_without_warnings(self):
         pages = sorted(glob.glob(os.path.join(self.usr, 'share/man/man1/*.1.gz')))
