@@ -1,45 +1,60 @@
-// adaptive_sampler.cpp - the grid cache and the recursive square test.
+// adaptive_sampler.cpp - the recursive square test over the sample slots.
 #include "driver/adaptive_sampler.h"
 
 #include <cmath>
 
 namespace sciray {
 
-adaptive_sampler::adaptive_sampler(const pixel_source& source, const screen_window& window, int band_start,
-                                   double tolerance, int depth)
-    : source_(source),
-      window_(window),
+adaptive_sampler::adaptive_sampler(const screen_window& window, double tolerance, int depth)
+    : window_(window),
       tolerance_(clamp_above_1(clamp_below_0(tolerance))),
       depth_left_(clamp_int(depth, 1, 4) - 1),
       step_(2 << depth_left_),
-      columns_(static_cast<std::size_t>(step_) * window.columns + 1),
-      grid_(static_cast<std::size_t>(step_ + 1) * columns_) {
-  const double y = window_.edge_y(band_start);
-  for (int c = 0; c <= window_.columns; ++c) sample_into(0, c * step_, window_.edge_x(c), y);
+      inner_(static_cast<std::size_t>(step_ - 1) * (step_ + 1)) {}
+
+void adaptive_sampler::clear(sample_edge& edge, int r) const {
+  edge.slots.assign(static_cast<std::size_t>(step_) * window_.columns + 1, sample_slot{});
+  edge.finished.store(0, std::memory_order_relaxed);
+  edge.below.store(r, std::memory_order_release);
+  edge.below.notify_all();
+}
+
+void adaptive_sampler::sample_lower_edge(sample_edge& edge, int r, const pixel_source& source) const {
+  clear(edge, r - 1);
+  const double y = window_.edge_y(r);
+  for (int c = 0; c <= window_.columns; ++c) {
+    sample_slot& s = edge.slots[static_cast<std::size_t>(c) * step_];
+    s.c = source(window_.edge_x(c), y);
+    s.computed = 1;
+  }
+  edge.finished.store(window_.columns, std::memory_order_release);
+}
+
+sample_slot& adaptive_sampler::at(int j, int i) {
+  if (j == 0) return lower_->slots[static_cast<std::size_t>(i)];
+  if (j == step_) return upper_->slots[static_cast<std::size_t>(i)];
+  return inner_[static_cast<std::size_t>(j - 1) * (step_ + 1) + (i - column_ * step_)];
 }
 
 void adaptive_sampler::sample_into(int j, int i, double x, double y) {
-  slot& s = at(j, i);
-  s.c = source_(x, y);
+  sample_slot& s = at(j, i);
+  s.c = (*source_)(x, y);
   s.computed = 1;
 }
 
-void adaptive_sampler::begin_row(int r) {
-  y_low_ = window_.edge_y(r);
-  y_high_ = window_.edge_y(r + 1);
-  sample_into(step_, 0, window_.edge_x(0), y_high_);
-}
-
-colour adaptive_sampler::pixel(int c) {
-  const double x0 = window_.edge_x(c), x1 = window_.edge_x(c + 1);
-  sample_into(step_, (c + 1) * step_, x1, y_high_);
-  return sample_square(x0, y_low_, x1, y_high_, c * step_, 0, (c + 1) * step_, step_);
-}
-
-void adaptive_sampler::end_row() {
-  for (std::size_t i = 0; i < columns_; ++i) at(0, static_cast<int>(i)) = at(step_, static_cast<int>(i));
-  for (int j = 1; j <= step_; ++j)
-    for (std::size_t i = 0; i < columns_; ++i) at(j, static_cast<int>(i)).computed = 0;
+void adaptive_sampler::begin_pixel(int c) {
+  // The row below must have finished the pixel under this one.
+  for (int done = lower_->finished.load(std::memory_order_acquire); done <= c;
+       done = lower_->finished.load(std::memory_order_acquire))
+    lower_->finished.wait(done, std::memory_order_acquire);
+  // The left column of this pixel's inner slots is the right column of the
+  // pixel before it; the rest start empty.
+  for (int j = 0; j < step_ - 1; ++j) {
+    sample_slot* row = &inner_[static_cast<std::size_t>(j) * (step_ + 1)];
+    row[0] = c == 0 ? sample_slot{} : row[step_];
+    for (int i = 1; i <= step_; ++i) row[i] = sample_slot{};
+  }
+  column_ = c;
 }
 
 colour adaptive_sampler::sample_square(double x0, double y0, double x1, double y1, int i0, int j0, int i1, int j1) {

@@ -1,23 +1,9 @@
-// band.cpp - band arguments and the even split of the picture's rows.
+// band.cpp - the even split of the picture's rows into bands.
 #include "driver/band.h"
 
 #include <cstdint>
-#include <cstdio>
-#include <cstring>
 
 namespace sciray {
-
-band_choice parse_band_arguments(int argc, const char* const* argv) {
-  band_choice b;
-  if (argc >= 5 && std::strcmp(argv[3], "-band") == 0) {
-    int index = 0, count = 0;
-    if (std::sscanf(argv[4], "%d/%d", &index, &count) == 2 && index >= 1 && count >= 1 && index <= count) {
-      b.index = index;
-      b.count = count;
-    }
-  }
-  return b;
-}
 
 band_rows split_band(int height, band_choice b) {
   // 64-bit arithmetic: with many bands 2n and the error term leave the int range.

@@ -8,10 +8,6 @@ struct band_choice {
   int count = 1;
 };
 
-// Reads "-band i/n" from the command line. Anything malformed or out of
-// range silently means the whole picture (band 1 of 1).
-band_choice parse_band_arguments(int argc, const char* const* argv);
-
 struct band_rows {
   int start = 0;  // first picture row, inclusive (row 0 is the bottom)
   int end = 0;    // last row, exclusive

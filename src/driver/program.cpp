@@ -6,12 +6,15 @@
 #include <filesystem>
 
 #include "driver/band.h"
+#include "driver/band_renderer.h"
 #include "driver/camera.h"
-#include "driver/row_loops.h"
+#include "driver/command_line.h"
+#include "driver/render_threads.h"
 #include "environment/sky.h"
 #include "image/image.h"
 #include "scene_file/scene_reader.h"
 #include "scene_file/scene_settings.h"
+#include "shading/recursion_bound.h"
 #include "shading/render_context.h"
 #include "shading/world.h"
 
@@ -22,13 +25,15 @@ namespace {
 // Leaf size of the bounding hierarchy.
 constexpr int leaf_size = 8;
 
+[[noreturn]] void fail(const char* program, const std::string& message) {
+  std::fprintf(stderr, "%s%s\n", program, message.c_str());
+  std::exit(1);
+}
+
 std::FILE* open_scene(const char* program, const char* name) {
   std::error_code error;
   std::FILE* file = std::filesystem::is_directory(name, error) ? nullptr : std::fopen(name, "r");
-  if (!file) {
-    std::fprintf(stderr, "%s: can't open input file %s\n", program, name);
-    std::exit(1);
-  }
+  if (!file) fail(program, std::string(": can't open input file ") + name);
   return file;
 }
 
@@ -58,8 +63,9 @@ int run_program(int argc, char** argv) {
     std::fprintf(stderr, "usage: %s input_data.ren output_image.rgb\n", program);
     return 1;
   }
+  run_options options;
+  if (!parse_run_options(argc, argv, options)) fail(program, ": -threads needs a positive number");
   std::FILE* scene_file = open_scene(program, argv[1]);
-  const band_choice band = parse_band_arguments(argc, argv);
 
   render_context context;
   world scene;
@@ -78,16 +84,20 @@ int run_program(int argc, char** argv) {
   const std::unique_ptr<camera> cam = make_camera(basis, settings.view.perspective);
   prepare_world(scene, r, basis, context);
 
-  const band_rows rows = split_band(r.height, band);
+  const band_rows rows = split_band(r.height, options.band);
   if (rows.empty()) return 0;
   const screen_window window = make_screen_window(settings.view.view_width, settings.view.view_height, r.width, r.height);
 
-  image_file* image = iopen(argv[2], "w", 257, 3, static_cast<unsigned>(r.width),
-                            static_cast<unsigned>(rows.end - rows.start), 3);
-  const pixel_source source{*cam, scene, context};
-  progress_reporter progress(objects);
-  row_writer writer(image, r.width, r.height, rows.start);
-  render_rows({source, window, rows, progress, writer}, r);
+  const recursion_depth depth = recursion_bound(scene);
+  const band_scene band{*cam, scene, window, rows, r, objects, context.random};
+  const int threads = options.threads > 0 ? options.threads : usable_processors();
+  image_file* image = nullptr;
+  const bool rendered = render_band(band, threads, render_stack_bytes(depth), [&] {
+    image = iopen(argv[2], "w", 257, 3, static_cast<unsigned>(r.width), static_cast<unsigned>(rows.end - rows.start), 3);
+    return image;
+  });
+  // Tracing this scene nests deeper than a thread's stack can be made.
+  if (!rendered) fail(program, ": depth " + std::to_string(r.depth) + " needs more stack than this machine gives");
   iclose(image);
   return 0;
 }

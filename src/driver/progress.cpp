@@ -3,7 +3,6 @@
 
 #include <cstdio>
 
-#include "shading/render_context.h"
 
 namespace sciray {
 
@@ -17,22 +16,22 @@ double share(double objects, std::int32_t rays, std::int32_t tests) {
 
 }  // namespace
 
-std::string progress_reporter::next_line(int row, const render_context& context) {
+std::string progress_reporter::next_line(int row, std::uint32_t ray_count, std::uint32_t test_count) {
   // The counters are 32-bit and wrap; differences wrap the same way.
-  const auto rays = static_cast<std::int32_t>(context.ray_count);
-  const auto tests = static_cast<std::int32_t>(context.test_count);
-  const auto new_rays = static_cast<std::int32_t>(context.ray_count - rays_before_);
-  const auto new_tests = static_cast<std::int32_t>(context.test_count - tests_before_);
+  const auto rays = static_cast<std::int32_t>(ray_count);
+  const auto tests = static_cast<std::int32_t>(test_count);
+  const auto new_rays = static_cast<std::int32_t>(ray_count - rays_before_);
+  const auto new_tests = static_cast<std::int32_t>(test_count - tests_before_);
   char line[128];
   std::snprintf(line, sizeof line, "Row %5d : %9d (%7.4g) : %9d (%7.4g)\n", row, new_rays,
                 share(objects_, new_rays, new_tests), rays, share(objects_, rays, tests));
-  rays_before_ = context.ray_count;
-  tests_before_ = context.test_count;
+  rays_before_ = ray_count;
+  tests_before_ = test_count;
   return line;
 }
 
-void progress_reporter::report(int row, const render_context& context) {
-  std::fputs(next_line(row, context).c_str(), stdout);
+void progress_reporter::report(int row, std::uint32_t rays, std::uint32_t tests) {
+  std::fputs(next_line(row, rays, tests).c_str(), stdout);
   std::fflush(stdout);
 }
 

@@ -9,16 +9,15 @@
 
 namespace sciray {
 
-struct render_context;
-
 class progress_reporter {
  public:
   explicit progress_reporter(std::size_t objects) : objects_(static_cast<double>(objects)) {}
 
-  // The line for `row` (with its line end), advancing the remembered counts.
-  std::string next_line(int row, const render_context& context);
+  // The line for `row` (with its line end) from the rays and tests counted
+  // so far, advancing the remembered counts.
+  std::string next_line(int row, std::uint32_t rays, std::uint32_t tests);
   // Prints next_line on standard output and flushes it.
-  void report(int row, const render_context& context);
+  void report(int row, std::uint32_t rays, std::uint32_t tests);
 
  private:
   double objects_;

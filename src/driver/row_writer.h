@@ -15,22 +15,31 @@ struct image_file;
 // Clamp to 0..1, times 255, truncated; not-a-number gives 0.
 std::uint16_t to_sample(double v);
 
+// One picture row, converted: red, green and blue samples, `width` each.
+class sample_row {
+ public:
+  explicit sample_row(int width) : width_(width), samples_(3 * static_cast<std::size_t>(width)) {}
+  // Stores the converted colour of column x.
+  void set(int x, const colour& c);
+  const std::uint16_t* channel(int ch) const { return samples_.data() + static_cast<std::size_t>(ch) * width_; }
+
+ private:
+  int width_;
+  std::vector<std::uint16_t> samples_;
+};
+
 class row_writer {
  public:
   row_writer(image_file* image, int width, int height, int band_start);
-
-  // Stores the converted colour of column x in the row buffers.
-  void set(int x, const colour& c);
-  // Writes the buffers as picture row `row` (a full-picture row index).
-  void write(int row);
+  // Writes `samples` as picture row `row` (a full-picture row index).
+  void write(int row, const sample_row& samples);
 
  private:
   image_file* image_;
   int width_, band_start_;
   corner_mark mark_;
   int mark_top_;                       // lowest picture row the mark covers
-  std::vector<std::uint16_t> rows_;    // three channels of width samples
-  std::vector<std::uint16_t> marked_;  // a copy with the mark stamped in
+  std::vector<std::uint16_t> marked_;  // a row's channel with the mark stamped in
 };
 
 }  // namespace sciray

@@ -45,6 +45,17 @@ light_terms sample_terms(ray_state& state, const shading_point& p, const positio
 // Random offset in [-0.125, 0.125] for one coordinate of a disc point.
 double jitter(rand_stream& random) { return (2.0 * random.next() / 2147483647.0 - 1) * 0.125; }
 
+// Draws of one shaded point on the random stream: two per ring point.
+constexpr int area_draws = 36;
+
+// A counting pass lights nothing; a light only notes the draws it would make.
+bool counted(ray_state& state, int draws) {
+  if (!state.context->counting_draws) return false;
+  state.context->draws += static_cast<std::uint64_t>(draws);
+  state.diffuse_sum = state.specular_sum = state.ambient_sum = colour{};
+  return true;
+}
+
 }  // namespace
 
 point_light::point_light(const position& where, const colour& c, const colour& ambient)
@@ -76,6 +87,7 @@ void point_light::place_samples(ray_state& state, const shading_point& p) const 
 }
 
 void point_light::illuminate(ray_state& state, const shading_point& p) const {
+  if (counted(state, radius_ > 0.0 ? area_draws : 0)) return;
   light_terms total;
   if (radius_ > 0.0) {
     place_samples(state, p);  // all positions first: the jitter draws come before any shadow ray
@@ -119,6 +131,7 @@ directional_light::directional_light(const direction& travel, const colour& c, c
     : light(c, ambient), direction_(travel) {}
 
 void directional_light::illuminate(ray_state& state, const shading_point& p) const {
+  if (counted(state, 0)) return;
   // Not attenuated: the light has no distance to the point.
   const direction l = direction::as_given(-direction_);
   ray_state shadow = spawned_state(state, transmission_ray, p.point, l, colour{1.0, 1.0, 1.0}, state.medium);

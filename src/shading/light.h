@@ -30,6 +30,8 @@ class light {
   // Writes this light's diffuse, specular and ambient contributions at `p`
   // into the three sums of `state`.
   virtual void illuminate(ray_state& state, const shading_point& p) const = 0;
+  // True when lighting a point draws on the random stream.
+  virtual bool draws_random() const { return false; }
 
  protected:
   colour colour_;
@@ -42,6 +44,7 @@ class point_light : public light {
 
   void set_attenuation(const vector& factors, double radius) { attenuation_ = factors; radius_ = radius; }
   void illuminate(ray_state& state, const shading_point& p) const override;
+  bool draws_random() const override { return radius_ > 0.0; }
 
   const position& location() const { return position_; }
   const vector& attenuation() const { return attenuation_; }

@@ -1,7 +1,7 @@
 // render_context.h - all state that changes while a picture is rendered:
 // the statistics counters, the count of open traces, the random stream,
 // the noise lattice registry and the light sample buffer. One context per
-// render; nothing of this lives in globals.
+// rendering thread; nothing of this lives in globals.
 #pragma once
 
 #include <array>
@@ -19,6 +19,11 @@ struct render_context {
   std::uint32_t test_count = 0;  // ray-primitive intersection tests
 
   int depth_now = 0;  // trace calls currently open
+
+  // A counting pass traces the ray tree without lighting it: each light
+  // that would draw on the random stream adds its draws here instead.
+  bool counting_draws = false;
+  std::uint64_t draws = 0;
 
   rand_stream random;      // the single stream every random choice draws from
   noise_registry noise;    // the shared noise lattice, made on first use

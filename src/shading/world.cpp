@@ -21,6 +21,12 @@ contour_material& world::new_contour_material(bool continuous) {
   return *contours_.back();
 }
 
+bool world::draws_random() const {
+  for (const auto& l : lights_)
+    if (l->draws_random()) return true;
+  return false;
+}
+
 void world::retire(std::shared_ptr<roughness> r) { retired_.push_back(std::move(r)); }
 
 namespace {

@@ -45,6 +45,14 @@ class world {
   void build_hierarchy(int leaf_size) { builder_.build(leaf_size, geometry_); }
   const scene_geometry& geometry() const { return geometry_; }
   const std::vector<std::unique_ptr<light>>& lights() const { return lights_; }
+  // Calls f(m) for every material of every colour map read.
+  template <typename F>
+  void for_each_material(F&& f) const {
+    for (const auto& table : tables_)
+      for (const material& m : table->entries) f(m);
+  }
+  // True when shading draws on the random stream (an area light).
+  bool draws_random() const;
 
   colour trace(ray_state& state) const;
   colour transmit(ray_state& state) const;

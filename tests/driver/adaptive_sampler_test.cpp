@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+#include <vector>
+
 #include "environment/sky.h"
 #include "shading/render_context.h"
 #include "shading/world.h"
@@ -18,13 +21,15 @@ struct sampler_scene {
   // Renders a columns x rows band from row 0 and returns the pixel colours.
   std::vector<colour> render(int columns, int rows, double tolerance, int depth) {
     window = make_screen_window(2.8, 2.8, columns, rows);
-    adaptive_sampler sampler(source, window, 0, tolerance, depth);
+    adaptive_sampler sampler(window, tolerance, depth);
     step = sampler.grid_step();
     std::vector<colour> pixels;
+    sample_edge edges[2];
+    sampler.sample_lower_edge(edges[0], 0, source);
     for (int y = 0; y < rows; ++y) {
-      sampler.begin_row(y);
-      for (int x = 0; x < columns; ++x) pixels.push_back(sampler.pixel(x));
-      sampler.end_row();
+      sample_edge& upper = edges[(y + 1) % 2];
+      sampler.clear(upper, y);
+      sampler.render_row(y, edges[y % 2], upper, source, [&](int, const colour& c) { pixels.push_back(c); });
     }
     return pixels;
   }
@@ -84,6 +89,57 @@ TEST(adaptive_sampler, depth_and_tolerance_are_clamped) {
   sampler_scene lenient(colour(0.9, 0.9, 0.9));
   lenient.render(2, 2, 7.0, 4);  // a tolerance above 1 acts as 1: colours in 0..1 always pass
   EXPECT_EQ(lenient.context.ray_count, static_cast<std::uint32_t>(3 + 2 * 5));
+}
+
+TEST(adaptive_sampler, neighbouring_rows_on_two_threads_trace_what_one_thread_does) {
+  // A ball in front of the sky: edges and corners of it are subdivided. One
+  // thread renders the rows one after another; then two threads render the
+  // even and the odd rows at once, each row following the row below it.
+  // The pixels and the rays each row traces must be the same.
+  world w;
+  material plain;
+  plain.ambient = colour(1, 0.5, 0.25);
+  w.ambient = colour(1, 1, 1);
+  w.depth_max = 2;
+  w.sky = std::make_unique<sky_gradient>(direction(0, 1, 0), colour(0, 0, 1), colour(0, 0, 1), colour(0, 0, 1));
+  w.builder().add_sphere(position(0.1, -0.2, 0), 0.9, &plain);
+  w.build_hierarchy(8);
+  const auto cam = make_camera(make_camera_basis(view_settings{}, "sciray"), true);
+  const int columns = 23, rows = 17;
+  const screen_window window = make_screen_window(2.8, 2.8, columns, rows);
+
+  struct row_result {
+    std::vector<colour> pixels;
+    std::uint32_t rays = 0;
+  };
+  // Renders the rows r with r % stride == first, the lower edge of row 0 first.
+  const auto render_rows = [&](std::vector<row_result>& out, std::vector<sample_edge>& edges, int first, int stride) {
+    render_context context;
+    const pixel_source source{*cam, w, context};
+    adaptive_sampler sampler(window, 0.05, 3);
+    if (first == 0) sampler.sample_lower_edge(edges[0], 0, source);
+    for (int y = first; y < rows; y += stride) {
+      const std::uint32_t before = context.ray_count;
+      sample_edge& upper = edges[static_cast<std::size_t>(y + 1) % edges.size()];
+      sampler.clear(upper, y);
+      sampler.render_row(y, edges[static_cast<std::size_t>(y) % edges.size()], upper, source,
+                         [&](int, const colour& c) { out[static_cast<std::size_t>(y)].pixels.push_back(c); });
+      out[static_cast<std::size_t>(y)].rays = context.ray_count - before;
+    }
+  };
+  std::vector<row_result> alone(rows), together(rows);
+  std::vector<sample_edge> two(2), ring(rows + 1);
+  render_rows(alone, two, 0, 1);
+  std::thread odd([&] { render_rows(together, ring, 1, 2); });
+  render_rows(together, ring, 0, 2);
+  odd.join();
+  int subdivided = 0;
+  for (int y = 0; y < rows; ++y) {
+    EXPECT_EQ(together[y].pixels, alone[y].pixels) << "row " << y;
+    EXPECT_EQ(together[y].rays, alone[y].rays) << "row " << y;
+    subdivided += alone[y].rays > static_cast<std::uint32_t>(1 + 2 * columns);
+  }
+  EXPECT_GT(subdivided, rows / 2);  // the ball's outline makes most rows subdivide
 }
 
 }  // namespace

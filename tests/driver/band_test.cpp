@@ -37,24 +37,5 @@ TEST(band_split, many_more_bands_than_rows_stay_in_range) {
   EXPECT_LE(last.start, last.end);
 }
 
-band_choice parse(std::vector<const char*> args) {
-  args.insert(args.begin(), {"sciray", "in.ren", "out.rgb"});
-  return parse_band_arguments(static_cast<int>(args.size()), args.data());
-}
-
-TEST(band_arguments, good_and_silently_ignored_forms) {
-  EXPECT_EQ(parse({"-band", "2/5"}).index, 2);
-  EXPECT_EQ(parse({"-band", "2/5"}).count, 5);
-  EXPECT_EQ(parse({"-band", "3/3", "extra"}).index, 3);
-  for (const char* bad : {"0/3", "4/3", "x", "2", "-1/3", "1/0", "/3"}) {
-    const band_choice b = parse({"-band", bad});
-    EXPECT_EQ(b.index, 1) << bad;
-    EXPECT_EQ(b.count, 1) << bad;
-  }
-  EXPECT_EQ(parse({"-band"}).count, 1);             // the fourth argument is missing
-  EXPECT_EQ(parse({"-bands", "2/5"}).count, 1);     // not the exact word
-  EXPECT_EQ(parse({"band", "2/5"}).count, 1);
-}
-
 }  // namespace
 }  // namespace sciray

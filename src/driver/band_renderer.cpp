@@ -1,0 +1,200 @@
+// band_renderer.cpp - threads take the band's units in order; each unit is
+// rendered into a slot of a small ring, and the calling thread writes the
+// slots out in order, each after its progress line with the counts of
+// everything before it.
+#include "driver/band_renderer.h"
+
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "driver/adaptive_sampler.h"
+#include "driver/band_units.h"
+#include "driver/pixel_source.h"
+#include "driver/progress.h"
+#include "driver/render_threads.h"
+#include "driver/row_writer.h"
+#include "shading/render_context.h"
+#include "shading/world.h"
+
+namespace sciray {
+
+namespace {
+
+enum class row_mode { plain, antialiased, blocks };
+
+// One unit's picture row and what it counted, waiting to be written.
+struct unit_output {
+  explicit unit_output(int width) : row(width) {}
+  sample_row row;
+  std::uint32_t rays_before = 0, tests_before = 0;  // counted before its progress line
+  std::uint32_t rays = 0, tests = 0;                // counted after it
+};
+
+// Size of the first (bottom or left) block, which takes the remainder.
+int first_block(int extent, int block) { return extent % block == 0 ? block : extent % block; }
+
+class band_render {
+ public:
+  band_render(const band_scene& band, int threads)
+      : band_(band),
+        block_(std::min({band.settings.pixel_size, band.window.columns, band.window.rows})),
+        mode_(block_ > 1 ? row_mode::blocks : (band.settings.antialias ? row_mode::antialiased : row_mode::plain)),
+        units_(band_units(band.rows, band.window.rows, block_)),
+        threads_(std::clamp(threads, 1, static_cast<int>(units_.size()))),
+        ring_(static_cast<std::size_t>(2 * threads_ + 2)),
+        done_(units_.size(), 0),
+        edges_(mode_ == row_mode::antialiased ? ring_ + 2 : 0) {
+    const bool draws = band.scene.draws_random();
+    // With anti-aliasing, what a row draws depends on what the rows before
+    // it drew: one row after another.
+    if (draws && mode_ == row_mode::antialiased) threads_ = 1;
+    counting_ = draws && mode_ != row_mode::antialiased && threads_ > 1;
+    for (std::size_t i = 0; i < ring_; ++i) slots_.emplace_back(band.window.columns);
+  }
+
+  int threads() const { return threads_; }
+  bool counting() const { return counting_; }
+
+  // The counting pass: the draws each unit makes on the random stream.
+  void count_draws() {
+    render_context context;
+    context.counting_draws = true;
+    const pixel_source source{band_.cam, band_.scene, context};
+    sample_row scratch(band_.window.columns);
+    for (std::size_t k = next_++; k < units_.size(); k = next_++) {
+      context.draws = 0;
+      sample(k, source, nullptr, scratch);
+      draws_[k] = context.draws;
+    }
+  }
+  void prepare_counting() {
+    draws_.resize(units_.size());
+    next_ = 0;
+  }
+  void finish_counting() {
+    // Each unit starts where the draws of all units before it end.
+    std::uint64_t sum = 0;
+    for (std::uint64_t& d : draws_) sum += std::exchange(d, sum);
+    next_ = 0;
+  }
+
+  void render() {
+    render_context context;
+    context.random = band_.start;
+    const pixel_source source{band_.cam, band_.scene, context};
+    adaptive_sampler sampler(band_.window, band_.settings.antialias_tol, band_.settings.antialias_depth);
+    for (std::size_t k = next_++; k < units_.size(); k = next_++) {
+      wait_for_slot(k);
+      unit_output& out = slots_[k % ring_];
+      if (counting_) {
+        context.random = band_.start;
+        context.random.discard(draws_[k]);
+      }
+      context.ray_count = context.test_count = 0;
+      if (mode_ == row_mode::antialiased && k == 0)
+        sampler.sample_lower_edge(edge(0), units_[0].line_row, source);
+      out.rays_before = context.ray_count;
+      out.tests_before = context.test_count;
+      sample(k, source, &sampler, out.row);
+      out.rays = context.ray_count - out.rays_before;
+      out.tests = context.test_count - out.tests_before;
+      {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        done_[k] = 1;
+      }
+      changed_.notify_all();
+    }
+  }
+
+  // Writes the units in order, each after its progress line.
+  void write(image_file* image) {
+    row_writer writer(image, band_.window.columns, band_.window.rows, band_.rows.start);
+    progress_reporter progress(band_.objects);
+    std::uint32_t rays = 0, tests = 0;
+    for (std::size_t k = 0; k < units_.size(); ++k) {
+      {
+        std::unique_lock<std::mutex> lock(mutex_);
+        changed_.wait(lock, [&] { return done_[k] != 0; });
+      }
+      const unit_output& out = slots_[k % ring_];
+      rays += out.rays_before;
+      tests += out.tests_before;
+      progress.report(units_[k].line_row, rays, tests);
+      for (int y = units_[k].first_row; y < units_[k].end_row; ++y) writer.write(y, out.row);
+      rays += out.rays;
+      tests += out.tests;
+      {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        written_ = k + 1;
+      }
+      changed_.notify_all();
+    }
+  }
+
+ private:
+  sample_edge& edge(std::size_t e) { return edges_[e % edges_.size()]; }
+
+  void wait_for_slot(std::size_t k) {
+    std::unique_lock<std::mutex> lock(mutex_);
+    changed_.wait(lock, [&] { return k < written_ + ring_; });
+  }
+
+  // Renders unit k into `row`.
+  void sample(std::size_t k, const pixel_source& source, adaptive_sampler* sampler, sample_row& row) {
+    const screen_window& w = band_.window;
+    const int y = units_[k].line_row;
+    switch (mode_) {
+      case row_mode::plain:
+        for (int x = 0; x < w.columns; ++x) row.set(x, source(w.centre_x(x), w.centre_y(y)));
+        break;
+      case row_mode::blocks:
+        // Each block takes the colour at the centre of its lower left pixel.
+        for (int x0 = 0, size = first_block(w.columns, block_); x0 < w.columns; x0 += size, size = block_) {
+          const colour c = source(w.centre_x(x0), w.centre_y(y));
+          for (int x = x0; x < x0 + size; ++x) row.set(x, c);
+        }
+        break;
+      case row_mode::antialiased: {
+        sample_edge& upper = edge(k + 1);
+        sampler->clear(upper, y);
+        sampler->render_row(y, edge(k), upper, source, [&row](int c, const colour& v) { row.set(c, v); });
+        break;
+      }
+    }
+  }
+
+  const band_scene& band_;
+  int block_;
+  row_mode mode_;
+  std::vector<band_unit> units_;
+  int threads_;
+  bool counting_ = false;
+  std::size_t ring_;
+  std::atomic<std::size_t> next_{0};  // the next unit a thread takes
+  std::vector<std::uint64_t> draws_;  // the counting pass's draws, then each unit's start in the stream
+  std::vector<unit_output> slots_;
+  std::vector<char> done_;
+  std::size_t written_ = 0;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::vector<sample_edge> edges_;
+};
+
+}  // namespace
+
+bool render_band(const band_scene& band, int threads, std::size_t stack_bytes, const std::function<image_file*()>& open) {
+  band_render r(band, threads);
+  if (r.counting()) {
+    r.prepare_counting();
+    if (!run_threads(r.threads(), stack_bytes, [&r](int) { r.count_draws(); }, [] {})) return false;
+    r.finish_counting();
+  }
+  return run_threads(r.threads(), stack_bytes, [&r](int) { r.render(); }, [&r, &open] { r.write(open()); });
+}
+
+}  // namespace sciray
