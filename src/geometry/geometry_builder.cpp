@@ -1,5 +1,5 @@
-// geometry_builder.cpp - the primitives as read, and their rearrangement
-// into leaf order once the hierarchy is built.
+// geometry_builder.cpp - the primitives as read, and their layout in leaf
+// order once the hierarchy is built.
 #include "geometry/geometry_builder.h"
 
 #include <new>
@@ -8,7 +8,7 @@ namespace sciray {
 
 namespace {
 
-// `from` reordered so that entry i is from[order[i]].
+// `from` reordered so that entry i is from[order[i]]; `from` is freed.
 template <typename T>
 std::vector<T> reordered(std::vector<T>& from, const std::vector<std::uint32_t>& order) {
   std::vector<T> to;
@@ -16,6 +16,22 @@ std::vector<T> reordered(std::vector<T>& from, const std::vector<std::uint32_t>&
   for (const std::uint32_t i : order) to.push_back(from[i]);
   std::vector<T>().swap(from);
   return to;
+}
+
+// The box of three points as widening an empty box by each in turn makes
+// it: each end starts at the first point and moves only for a smaller
+// (larger) number.
+bounding_box box_of(const vector& p0, const vector& p1, const vector& p2) {
+  bounding_box b;
+  for (int a = 0; a < 3; ++a) {
+    double lo = p0[a], hi = p0[a];
+    for (const double v : {p1[a], p2[a]}) {
+      if (v < lo) lo = v;
+      if (v > hi) hi = v;
+    }
+    b.axis[a] = {0, lo, hi};
+  }
+  return b;
 }
 
 }  // namespace
@@ -28,7 +44,6 @@ primitive_ref geometry_builder::next_ref(shape_kind kind, std::size_t count) con
 
 void geometry_builder::added(primitive_ref p, const bounding_box& box, const material* m) {
   added_.push_back(p);
-  boxes_.push_back(box);
   root_box_.widen(box);
   const auto [at, fresh] = material_index_.try_emplace(m, static_cast<std::uint32_t>(material_list_.size()));
   if (fresh) material_list_.push_back(m);
@@ -53,30 +68,50 @@ void geometry_builder::add_cylinder(const position& start, const position& end, 
 void geometry_builder::add_triangle(const position& p0, const position& p1, const position& p2,
                                     const direction* normals, const double* values, const material* m) {
   const primitive_ref p = next_ref(shape_kind::triangle, triangles_.size());
-  const triangle t(p0, p1, p2);
-  triangles_.push_back(t.shape);
+  triangles_.push_back({points_.add(p0), points_.add(p1), points_.add(p2)});
   triangle_corners corners;
-  if (normals != nullptr) {
-    for (int k = 0; k < 3; ++k) {
-      corners.normal[k] = static_cast<std::uint32_t>(corner_normals_.size());
-      corner_normals_.push_back(normals[k]);
-    }
-  }
+  if (normals != nullptr)
+    for (int k = 0; k < 3; ++k) corners.normal[k] = normals_.add(normals[k]);
   if (values != nullptr) {
     corners.values = static_cast<std::uint32_t>(corner_values_.size());
     corner_values_.push_back({values[0], values[1], values[2]});
   }
   triangle_corners_.push_back(corners);
-  added(p, t.bounds(), m);
+  added(p, triangle_box(p.index()), m);
+}
+
+bounding_box geometry_builder::triangle_box(std::uint32_t t) const {
+  const auto& corner = triangles_[t];
+  const std::vector<vector>& at = points_.points();
+  return box_of(at[corner[0]], at[corner[1]], at[corner[2]]);
+}
+
+void geometry_builder::boxes(const std::uint32_t* objects, std::size_t count, bounding_box* out) const {
+  for (std::size_t i = 0; i < count; ++i) {
+    const primitive_ref p = added_[objects[i]];
+    switch (p.kind()) {
+      case shape_kind::sphere:
+        out[i] = spheres_[p.index()].bounds();
+        break;
+      case shape_kind::cylinder:
+        out[i] = cylinders_[p.index()].bounds();
+        break;
+      case shape_kind::triangle:
+        out[i] = triangle_box(p.index());
+        break;
+    }
+  }
 }
 
 void geometry_builder::build(int leaf_size, scene_geometry& g) {
-  g.hierarchy_.build(boxes_, root_box_, leaf_size);
-  std::vector<bounding_box>().swap(boxes_);
+  points_.close();
+  normals_.close();
+  material_index_.clear();
+  g.hierarchy_.build(static_cast<std::uint32_t>(added_.size()), *this, root_box_, leaf_size);
 
   // Each kind's primitives in the order the leaves list them.
   std::array<std::vector<std::uint32_t>, 3> by_kind;
-  const std::vector<std::uint32_t> order = g.hierarchy_.take_order();
+  std::vector<std::uint32_t> order = g.hierarchy_.take_order();
   g.items_.resize(order.size());
   for (std::size_t i = 0; i < order.size(); ++i) {
     const primitive_ref p = added_[order[i]];
@@ -85,6 +120,7 @@ void geometry_builder::build(int leaf_size, scene_geometry& g) {
     list.push_back(p.index());
   }
   std::vector<primitive_ref>().swap(added_);
+  std::vector<std::uint32_t>().swap(order);
   g.hierarchy_.retag_leaves([&g](hierarchy_child& leaf) {
     leaf.tag = scene_geometry::mixed_leaf;
     if (leaf.count == 0) return;
@@ -94,7 +130,11 @@ void geometry_builder::build(int leaf_size, scene_geometry& g) {
     leaf.tag = static_cast<std::uint32_t>(head.kind());
     leaf.first = head.index();
   });
+  lay_out(std::move(by_kind), g);
+  root_box_ = bounding_box{};
+}
 
+void geometry_builder::lay_out(std::array<std::vector<std::uint32_t>, 3> by_kind, scene_geometry& g) {
   const auto& spheres = by_kind[static_cast<std::size_t>(shape_kind::sphere)];
   const auto& cylinders = by_kind[static_cast<std::size_t>(shape_kind::cylinder)];
   const auto& triangles = by_kind[static_cast<std::size_t>(shape_kind::triangle)];
@@ -110,22 +150,29 @@ void geometry_builder::build(int leaf_size, scene_geometry& g) {
     g.cylinder_surfaces_.push_back(cylinders_[i].surface);
   }
   std::vector<cylinder>().swap(cylinders_);
+  // Triangles are made here, in leaf order; their corner data and material
+  // stay in the order read.
+  g.triangles_.reserve(triangles.size());
+  const std::vector<vector>& at = points_.points();
   for (const std::uint32_t i : triangles) {
-    const triangle_shape& t = triangles_[i];
+    const auto& corner = triangles_[i];
+    const triangle_shape t = triangle(at[corner[0]], at[corner[1]], at[corner[2]]).shape;
     g.triangles_.add({t.normal.x, t.normal.y, t.normal.z, t.offset, t.weight1[0], t.weight1[1], t.weight1[2],
                       t.weight1[3], t.weight2[0], t.weight2[1], t.weight2[2], t.weight2[3]});
   }
-  std::vector<triangle_shape>().swap(triangles_);
+  points_ = point_table();
+  std::vector<std::array<std::uint32_t, 3>>().swap(triangles_);
+  g.triangle_source_ = std::move(by_kind[static_cast<std::size_t>(shape_kind::triangle)]);
   g.spheres_.pad();
   g.cylinders_.pad();
   g.triangles_.pad();
-  g.triangle_corners_ = reordered(triangle_corners_, triangles);
-  g.corner_normals_ = std::move(corner_normals_);
+  g.triangle_corners_ = std::move(triangle_corners_);
+  g.corner_normals_ = std::move(normals_.points());
+  normals_ = point_table();
   g.corner_values_ = std::move(corner_values_);
-  for (std::size_t k = 0; k < 3; ++k) g.materials_[k] = reordered(materials_[k], by_kind[k]);
+  for (std::size_t k = 0; k < 2; ++k) g.materials_[k] = reordered(materials_[k], by_kind[k]);
+  g.materials_[2] = std::move(materials_[2]);
   g.material_list_ = std::move(material_list_);
-  material_index_.clear();
-  root_box_ = bounding_box{};
 }
 
 }  // namespace sciray

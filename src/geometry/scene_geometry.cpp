@@ -117,7 +117,8 @@ void scene_geometry::surface(const ray& r, hit_record& hit) const {
 }
 
 const material* scene_geometry::material_of(primitive_ref p) const {
-  return material_list_[materials_[static_cast<std::size_t>(p.kind())][p.index()]];
+  const std::uint32_t i = p.kind() == shape_kind::triangle ? triangle_source_[p.index()] : p.index();
+  return material_list_[materials_[static_cast<std::size_t>(p.kind())][i]];
 }
 
 sphere scene_geometry::sphere_at(std::uint32_t i) const {
@@ -137,12 +138,12 @@ triangle_shape scene_geometry::triangle_at(std::uint32_t i) const {
 }
 
 direction scene_geometry::corner_normal(std::uint32_t i, int k) const {
-  const std::uint32_t n = triangle_corners_[i].normal[k];
-  return n == triangle_corners::face ? triangle_at(i).normal : corner_normals_[n];
+  const std::uint32_t n = triangle_corners_[triangle_source_[i]].normal[k];
+  return n == triangle_corners::face ? triangle_at(i).normal : direction::as_given(corner_normals_[n]);
 }
 
 double scene_geometry::corner_value(std::uint32_t i, int k) const {
-  const std::uint32_t v = triangle_corners_[i].values;
+  const std::uint32_t v = triangle_corners_[triangle_source_[i]].values;
   return v == triangle_corners::zeros ? 0.0 : corner_values_[v][static_cast<std::size_t>(k)];
 }
 

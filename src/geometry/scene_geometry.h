@@ -69,8 +69,11 @@ class scene_geometry {
   cylinder_set cylinders_;
   std::vector<cylinder_surface> cylinder_surfaces_;
   triangle_set triangles_;
+  // The triangles' corner data and materials stay in the order read: entry
+  // i of triangle_source_ is where triangle i's are.
+  std::vector<std::uint32_t> triangle_source_;
   std::vector<triangle_corners> triangle_corners_;
-  std::vector<direction> corner_normals_;
+  std::vector<vector> corner_normals_;
   std::vector<std::array<double, 3>> corner_values_;
   std::array<std::vector<std::uint32_t>, 3> materials_;  // per kind, into material_list_
   std::vector<const material*> material_list_;

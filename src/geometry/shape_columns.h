@@ -12,6 +12,9 @@ template <std::size_t N>
 class shape_columns {
  public:
   std::size_t size() const { return size_; }
+  void reserve(std::size_t n) {
+    for (std::vector<double>& column : columns_) column.reserve(n + 1);
+  }
   void add(const std::array<double, N>& values) {
     for (std::size_t q = 0; q < N; ++q) columns_[q].push_back(values[q]);
     ++size_;

@@ -32,19 +32,30 @@ bounding_hierarchy::bounding_hierarchy() {
 }
 
 struct bounding_hierarchy::build_state {
-  std::span<const bounding_box> boxes;
+  const box_source& source;
   std::uint32_t leaf_size;
   std::vector<keyed_item> keyed, scratch;  // sort space, made once for the whole build
+  bounding_box chunk[256];                 // boxes fetched from the source
+
+  // Calls f(i, box) for objects[i], i = 0 .. count - 1, in order.
+  template <typename F>
+  void each_box(const std::uint32_t* objects, std::uint32_t count, F&& f) {
+    for (std::uint32_t done = 0; done < count; done += 256) {
+      const std::uint32_t n = count - done < 256 ? count - done : 256;
+      source.boxes(objects + done, n, chunk);
+      for (std::uint32_t i = 0; i < n; ++i) f(done + i, chunk[i]);
+    }
+  }
 };
 
-void bounding_hierarchy::build(std::span<const bounding_box> boxes, const bounding_box& root_box, int leaf_size) {
-  const auto n = static_cast<std::uint32_t>(boxes.size());
+void bounding_hierarchy::build(std::uint32_t n, const box_source& source, const bounding_box& root_box,
+                               int leaf_size) {
   order_.resize(n);
   std::iota(order_.begin(), order_.end(), 0u);
   nodes_.clear();
   store_lane(root_box_, 0, root_box);
   store_lane(root_box_, 1, root_box);
-  build_state b{boxes, static_cast<std::uint32_t>(leaf_size < 0 ? 0 : leaf_size), {}, {}};
+  build_state b{source, static_cast<std::uint32_t>(leaf_size < 0 ? 0 : leaf_size), {}, {}, {}};
   b.keyed.resize(n);
   root_ = split(b, 0, n, root_box, 0);
   nodes_.shrink_to_fit();
@@ -66,15 +77,14 @@ hierarchy_child bounding_hierarchy::split(build_state& b, std::uint32_t first, s
 
   const int axis = (ex >= ey && ex >= ez) ? 0 : (ey >= ez ? 1 : 2);
   const std::span<keyed_item> keyed(b.keyed.data(), count);
-  for (std::uint32_t i = 0; i < count; ++i) keyed[i] = {b.boxes[order_[first + i]].centre(axis), order_[first + i]};
+  std::uint32_t* objects = order_.data() + first;
+  b.each_box(objects, count, [&](std::uint32_t i, const bounding_box& box) { keyed[i] = {box.centre(axis), objects[i]}; });
   stable_sort_by_key(keyed, b.scratch);
 
   const std::uint32_t half = count / 2;
+  for (std::uint32_t i = 0; i < count; ++i) objects[i] = keyed[i].item;
   bounding_box left, right;
-  for (std::uint32_t i = 0; i < count; ++i) {
-    order_[first + i] = keyed[i].item;
-    (i < half ? left : right).widen(b.boxes[keyed[i].item]);
-  }
+  b.each_box(objects, count, [&](std::uint32_t i, const bounding_box& box) { (i < half ? left : right).widen(box); });
   store_lane(nodes_[index].boxes, 0, left);
   store_lane(nodes_[index].boxes, 1, right);
   const hierarchy_child l = split(b, first, half, left, level + 1);

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <vector>
 
 #include "math/bounding_box.h"
@@ -28,6 +27,15 @@ struct alignas(64) hierarchy_node {
   hierarchy_child child[2];
 };
 
+// Where the build gets the boxes of the objects: a few at a time, so that
+// the objects need not keep a box each while the tree is built.
+class box_source {
+ public:
+  virtual ~box_source() = default;
+  // The boxes of `count` objects, by their numbers, into `out`.
+  virtual void boxes(const std::uint32_t* objects, std::size_t count, bounding_box* out) const = 0;
+};
+
 class bounding_hierarchy {
  public:
   bounding_hierarchy();
@@ -36,10 +44,10 @@ class bounding_hierarchy {
   // halving keeps any real tree far shallower.
   static constexpr int max_depth = 100;
 
-  // Splits the objects, whose boxes are `boxes` in the order they were added
-  // and whose union (widened in that order) is `root_box`, until no leaf
-  // holds more than `leaf_size`.
-  void build(std::span<const bounding_box> boxes, const bounding_box& root_box, int leaf_size);
+  // Splits `count` objects, whose boxes `source` gives and whose union
+  // (widened in the order the objects are numbered) is `root_box`, until no
+  // leaf holds more than `leaf_size`.
+  void build(std::uint32_t count, const box_source& source, const bounding_box& root_box, int leaf_size);
 
   // The objects (indices into the boxes given to build), leaf by leaf.
   const std::vector<std::uint32_t>& order() const { return order_; }
