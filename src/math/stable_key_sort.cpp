@@ -1,6 +1,9 @@
-// stable_key_sort.cpp - a least-significant-digit radix sort on the bits of
-// the keys. Building the hierarchy of a large scene sorts every level of the
-// tree anew; a comparison sort made that the slowest part of loading.
+// stable_key_sort.cpp - a least-significant-digit radix sort on the high
+// half of the keys' bits, then an insertion sort of the runs of equal high
+// halves by the whole key. Building the hierarchy of a large scene sorts
+// every level of the tree anew; a comparison sort made that the slowest
+// part of loading, and keys rarely share their high 32 bits but for being
+// equal.
 #include "math/stable_key_sort.h"
 
 #include <algorithm>
@@ -42,24 +45,34 @@ void stable_sort_by_key(std::span<keyed_item> items, std::vector<keyed_item>& sc
     return;
   }
 
-  // One pass counts all eight bytes; a byte the same in every key is skipped.
-  std::array<std::array<std::uint32_t, 256>, 8> counts{};
+  // One pass counts the four high bytes; a byte the same in every key is skipped.
+  std::array<std::array<std::uint32_t, 256>, 4> counts{};
   for (const keyed_item& i : items) {
     const std::uint64_t bits = ordered_bits(i.key);
-    for (int b = 0; b < 8; ++b) ++counts[b][(bits >> (8 * b)) & 0xff];
+    for (int b = 0; b < 4; ++b) ++counts[b][(bits >> (32 + 8 * b)) & 0xff];
   }
   if (scratch.size() < n) scratch.resize(n);
   keyed_item* from = items.data();
   keyed_item* to = scratch.data();
-  for (int b = 0; b < 8; ++b) {
+  for (int b = 0; b < 4; ++b) {
     std::array<std::uint32_t, 256>& count = counts[b];
     if (std::find(count.begin(), count.end(), n) != count.end()) continue;
     std::uint32_t start = 0;
     for (std::uint32_t& c : count) start += std::exchange(c, start);
-    for (std::size_t i = 0; i < n; ++i) to[count[(ordered_bits(from[i].key) >> (8 * b)) & 0xff]++] = from[i];
+    const int shift = 32 + 8 * b;
+    for (std::size_t i = 0; i < n; ++i) to[count[(ordered_bits(from[i].key) >> shift) & 0xff]++] = from[i];
     std::swap(from, to);
   }
   if (from != items.data()) std::copy(from, from + n, items.data());
+  // Runs of equal high halves, in the order they came, by the whole key.
+  for (std::size_t i = 1; i < n; ++i) {
+    const keyed_item moving = items[i];
+    const std::uint64_t high = ordered_bits(moving.key) >> 32;
+    std::size_t j = i;
+    for (; j > 0 && moving.key < items[j - 1].key && ordered_bits(items[j - 1].key) >> 32 == high; --j)
+      items[j] = items[j - 1];
+    items[j] = moving;
+  }
 }
 
 }  // namespace sciray
