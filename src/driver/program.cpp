@@ -2,8 +2,9 @@
 #include "driver/program.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
+#include <memory>
+#include <string>
 
 #include "driver/band.h"
 #include "driver/camera.h"
@@ -14,6 +15,7 @@
 #include "scene_file/scene_settings.h"
 #include "shading/render_context.h"
 #include "shading/world.h"
+#include "support/fatal_error.h"
 
 namespace sciray {
 
@@ -22,14 +24,14 @@ namespace {
 // Leaf size of the bounding hierarchy.
 constexpr int leaf_size = 8;
 
-std::FILE* open_scene(const char* program, const char* name) {
+// The scene file, closed again however reading ends.
+using scene_file_ptr = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+scene_file_ptr open_scene(const char* program, const char* name) {
   std::error_code error;
   std::FILE* file = std::filesystem::is_directory(name, error) ? nullptr : std::fopen(name, "r");
-  if (!file) {
-    std::fprintf(stderr, "%s: can't open input file %s\n", program, name);
-    std::exit(1);
-  }
-  return file;
+  if (!file) fatal(std::string(program) + ": can't open input file " + name);
+  return {file, &std::fclose};
 }
 
 sky_settings sky_from(const render_settings& r) {
@@ -58,14 +60,14 @@ int run_program(int argc, char** argv) {
     std::fprintf(stderr, "usage: %s input_data.ren output_image.rgb\n", program);
     return 1;
   }
-  std::FILE* scene_file = open_scene(program, argv[1]);
+  scene_file_ptr scene_file = open_scene(program, argv[1]);
   const band_choice band = parse_band_arguments(argc, argv);
 
   render_context context;
   world scene;
   scene_settings settings;
-  read_scene_file(scene_file, scene, settings, context);
-  std::fclose(scene_file);
+  read_scene_file(scene_file.get(), scene, settings, context);
+  scene_file.reset();
 
   const std::size_t objects = scene.object_count();
   std::printf("Number of objects : %zu\n\n", objects);
