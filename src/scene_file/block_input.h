@@ -18,7 +18,7 @@ namespace sciray {
 
 class world;
 class contour_material;
-struct material_table;
+class material_table;
 struct render_context;
 
 struct reader_state {
