@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Installs what sciray needs to build, test and convert pictures on a Debian
 # machine, and what sciray-farm and its tests use (Slurm, munge, an ssh
-# server, GNU parallel with rsync, ffmpeg). Packages already present are
+# server, GNU parallel with rsync, ffmpeg), and clang with libFuzzer and
+# the sanitizer runtimes for the fuzz targets. Packages already present are
 # left alone.
 set -euo pipefail
 packages=(cmake g++ make libgtest-dev libbenchmark-dev libpng-dev python3 python3-pil
-  slurm-wlm munge openssh-server parallel rsync ffmpeg)
+  slurm-wlm munge openssh-server parallel rsync ffmpeg clang libfuzzer-14-dev libclang-rt-14-dev)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
