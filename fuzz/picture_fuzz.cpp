@@ -3,7 +3,9 @@
 // through the image library (every row of every channel, whatever the
 // storage and the bytes per value), then joined as the two bands of one
 // picture the way sciray-png reads them.
+#include <algorithm>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "band_join.h"
@@ -19,21 +21,24 @@ namespace {
 // file; a case reads no more than this many samples.
 constexpr std::uint64_t sample_limit = std::uint64_t{1} << 22;
 
-void read_picture(const std::string& path) {
-  sciray::set_image_error_handler([](const char*) {});
-  sciray::image_file* image = sciray::iopen(path.c_str(), "r", 0, 0, 0, 0, 0);
-  if (!image) return;
+// Every row of every channel, until one cannot be read or the limit is reached.
+void read_rows(sciray::image_file* image) {
   std::vector<std::uint16_t> row(image->xsize);
-  std::uint64_t samples = 0;
+  std::uint64_t budget = sample_limit;
   for (unsigned z = 0; z < image->zsize; ++z) {
-    for (unsigned y = 0; y < image->ysize && samples < sample_limit; ++y, samples += image->xsize) {
-      if (sciray::getrow(image, row.data(), y, z) < 0) {
-        z = image->zsize;
-        break;
-      }
+    for (unsigned y = 0; y < image->ysize; ++y) {
+      if (budget < image->xsize || sciray::getrow(image, row.data(), y, z) < 0) return;
+      budget -= image->xsize;
     }
   }
-  sciray::iclose(image);
+}
+
+void read_picture(const std::string& path) {
+  sciray::set_image_error_handler([](const char*) {});
+  if (sciray::image_file* image = sciray::iopen(path.c_str(), "r", 0, 0, 0, 0, 0)) {
+    read_rows(image);
+    sciray::iclose(image);
+  }
   sciray::set_image_error_handler(nullptr);
 }
 
