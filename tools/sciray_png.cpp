@@ -2,8 +2,10 @@
 //   sciray-png out.png band1.rgb [band2.rgb ...]
 // Band 1 is the bottom of the picture. Every band file is checked before
 // the PNG is started, and the PNG is written under a temporary name that is
-// renamed only on success, so a failure never leaves a partial picture.
+// renamed only on success, so a failure never leaves a partial picture (a
+// device or a pipe as the output is written directly).
 #include <png.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -25,14 +27,22 @@ void png_failure(png_structp, png_const_charp message) { fail(message); }
 
 void png_warning_ignored(png_structp, png_const_charp) {}
 
+// True when `name` exists and is not a regular file: a device or a pipe
+// (/dev/stdout, say), which is written directly and never replaced.
+bool is_special(const std::string& name) {
+  struct stat info;
+  return ::stat(name.c_str(), &info) == 0 && !S_ISREG(info.st_mode);
+}
+
 // Writes the joined bands, top row first, to output_name.
 void write_png(sciray::band_join& bands) {
   // PNG counts rows in 31 bits.
   if (bands.height() > 0x7fffffffu) fail(std::to_string(bands.height()) + " rows are more than a PNG can hold");
-  const std::string temporary = output_name + "." + std::to_string(getpid()) + ".tmp";
-  std::FILE* file = std::fopen(temporary.c_str(), "wbx");
+  const bool special = is_special(output_name);
+  const std::string temporary = special ? output_name : output_name + "." + std::to_string(getpid()) + ".tmp";
+  std::FILE* file = std::fopen(temporary.c_str(), special ? "wb" : "wbx");
   if (!file) fail(std::string("can't create ") + temporary + ": " + std::strerror(errno));
-  sciray::remove_on_fatal(temporary);
+  if (!special) sciray::remove_on_fatal(temporary);
 
   png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, png_failure, png_warning_ignored);
   png_infop info = png ? png_create_info_struct(png) : nullptr;
@@ -47,6 +57,7 @@ void write_png(sciray::band_join& bands) {
   png_destroy_write_struct(&png, &info);
 
   if (std::fclose(file) != 0) fail(std::string("error on write: ") + std::strerror(errno));
+  if (special) return;
   if (std::rename(temporary.c_str(), output_name.c_str()) != 0) {
     fail(std::string("can't rename: ") + std::strerror(errno));
   }

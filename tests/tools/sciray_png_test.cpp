@@ -70,6 +70,8 @@ TEST(sciray_png, bad_input_leaves_no_png) {
       {{out, huge}, "sciray-png: " + huge + ": iopen: error on read of rowstart"},
       {{out, grey}, "sciray-png: " + grey + ": expected 3 channels, found 1"},
       {{nowhere, good}, "sciray-png: " + nowhere + ": can't create " + nowhere + "."},
+      // A device is written directly, never replaced by a file.
+      {{"/dev/full", good}, "sciray-png: /dev/full: "},
   };
   for (const auto& [args, message] : cases) {
     const run_result r = run_program(SCIRAY_PNG_BINARY, args);
@@ -78,6 +80,7 @@ TEST(sciray_png, bad_input_leaves_no_png) {
     EXPECT_EQ(r.err.find('\n'), r.err.size() - 1) << r.err;
     EXPECT_EQ(pngs_left(), std::vector<std::string>{}) << message;
   }
+  EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 
 TEST(sciray_png, large_picture_from_a_small_file) {
