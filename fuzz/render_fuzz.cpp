@@ -23,9 +23,13 @@ namespace {
 constexpr double sample_budget = 4096;
 constexpr int depth_limit = 12;  // deeper rays are another matter (the recursion's stack)
 
+struct file_closer {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
 // The render settings of the scene, or false when reading it stops.
 bool read_settings(const memory_file& scene, sciray::render_settings& settings) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(scene.path().c_str(), "r"), &std::fclose);
+  const std::unique_ptr<std::FILE, file_closer> file(std::fopen(scene.path().c_str(), "r"));
   sciray::world w;
   sciray::scene_settings s;
   sciray::render_context context;

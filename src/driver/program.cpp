@@ -25,13 +25,16 @@ namespace {
 constexpr int leaf_size = 8;
 
 // The scene file, closed again however reading ends.
-using scene_file_ptr = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+struct file_closer {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using scene_file_ptr = std::unique_ptr<std::FILE, file_closer>;
 
 scene_file_ptr open_scene(const char* program, const char* name) {
   std::error_code error;
   std::FILE* file = std::filesystem::is_directory(name, error) ? nullptr : std::fopen(name, "r");
   if (!file) fatal(std::string(program) + ": can't open input file " + name);
-  return {file, &std::fclose};
+  return scene_file_ptr(file);
 }
 
 sky_settings sky_from(const render_settings& r) {
