@@ -19,7 +19,7 @@ namespace {
 
 // Legal pictures whose rows share their bytes can be far larger than the
 // file; a case reads no more than this many samples.
-constexpr std::uint64_t sample_limit = std::uint64_t{1} << 22;
+constexpr std::uint64_t sample_limit = std::uint64_t{1} << 20;
 
 // Every row of every channel, until one cannot be read or the limit is reached.
 void read_rows(sciray::image_file* image) {
