@@ -2,21 +2,17 @@
 #include "driver/camera.h"
 
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <sstream>
 
 #include "shading/ray_state.h"
 #include "shading/world.h"
+#include "support/fatal_error.h"
 
 namespace sciray {
 
 namespace {
 
-[[noreturn]] void fail(const char* program, const char* message) {
-  std::fprintf(stderr, "%s%s\n", program, message);
-  std::exit(1);
-}
+[[noreturn]] void fail(const char* program, const char* message) { fatal(std::string(program) + message); }
 
 constexpr double degrees_to_radians = 0.017453292519943295;
 

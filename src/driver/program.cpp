@@ -2,8 +2,9 @@
 #include "driver/program.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
+#include <memory>
+#include <string>
 
 #include "driver/band.h"
 #include "driver/band_renderer.h"
@@ -17,6 +18,7 @@
 #include "shading/recursion_bound.h"
 #include "shading/render_context.h"
 #include "shading/world.h"
+#include "support/fatal_error.h"
 
 namespace sciray {
 
@@ -25,16 +27,19 @@ namespace {
 // Leaf size of the bounding hierarchy.
 constexpr int leaf_size = 8;
 
-[[noreturn]] void fail(const char* program, const std::string& message) {
-  std::fprintf(stderr, "%s%s\n", program, message.c_str());
-  std::exit(1);
-}
+[[noreturn]] void fail(const char* program, const std::string& message) { fatal(program + message); }
 
-std::FILE* open_scene(const char* program, const char* name) {
+// The scene file, closed again however reading ends.
+struct file_closer {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using scene_file_ptr = std::unique_ptr<std::FILE, file_closer>;
+
+scene_file_ptr open_scene(const char* program, const char* name) {
   std::error_code error;
   std::FILE* file = std::filesystem::is_directory(name, error) ? nullptr : std::fopen(name, "r");
   if (!file) fail(program, std::string(": can't open input file ") + name);
-  return file;
+  return scene_file_ptr(file);
 }
 
 sky_settings sky_from(const render_settings& r) {
@@ -65,13 +70,13 @@ int run_program(int argc, char** argv) {
   }
   run_options options;
   if (!parse_run_options(argc, argv, options)) fail(program, ": -threads needs a positive number");
-  std::FILE* scene_file = open_scene(program, argv[1]);
+  scene_file_ptr scene_file = open_scene(program, argv[1]);
 
   render_context context;
   world scene;
   scene_settings settings;
-  read_scene_file(scene_file, scene, settings, context);
-  std::fclose(scene_file);
+  read_scene_file(scene_file.get(), scene, settings, context);
+  scene_file.reset();
 
   const std::size_t objects = scene.object_count();
   std::printf("Number of objects : %zu\n\n", objects);

@@ -2,6 +2,7 @@
 // the render's random stream), trilinear lattice noise, and the octave sum.
 #include "environment/noise.h"
 
+#include <bit>
 #include <climits>
 #include <cmath>
 #include <cstdint>
@@ -57,6 +58,13 @@ T trilinear(const noise_lattice& lattice, const position& p, Corner corner) {
         sum = sum + weight * corner(ax.cell + a, ay.cell + b, az.cell + c);
       }
   return sum;
+}
+
+// Equal bit for bit: a not-a-number equals itself, and -0 differs from +0.
+bool same_bits(double a, double b) { return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b); }
+
+bool same_bits(const vector& a, const vector& b) {
+  return same_bits(a.x, b.x) && same_bits(a.y, b.y) && same_bits(a.z, b.z);
 }
 
 }  // namespace
@@ -125,12 +133,26 @@ fractal_noise::fractal_noise(double scale_, double amplitude_, double offset_, n
   update_normaliser();
 }
 
+// The octave loops below may stop early, with the result they would have
+// reached after all `depth` octaves. Each octave computes its new state (the
+// sum, the point, the weight) from the old state alone, by the same
+// operations every time. So once an octave hands back bit for bit the state
+// it started from, every later octave would hand it back again, and the
+// loop can stop there. With a ratio below 1 this happens within a few
+// thousand octaves: the weight underflows to 0 (or stays infinite or not a
+// number), the point's components overflow to infinity (or stay 0 or not a
+// number), and then each term, and with it the sum, no longer changes. A
+// depth of two billion thus costs no more than a few thousand octaves.
+
 void fractal_noise::update_normaliser() {
   double sum = 0.0;
   double a = 1.0;
   for (int i = 0; i < depth; ++i) {
-    sum = sum + a;
-    a = a * ratio;
+    const double next_sum = sum + a;
+    const double next_a = a * ratio;
+    if (same_bits(next_sum, sum) && same_bits(next_a, a)) break;
+    sum = next_sum;
+    a = next_a;
   }
   normaliser = sum != 0.0 ? 1.0 / sum : 1.0;
 }
@@ -140,9 +162,13 @@ double fractal_noise::value(const position& p) const {
   double a = amplitude * normaliser;
   double s = offset;
   for (int i = 0; i < depth; ++i) {
-    s = s + a * lattice_->noise3(q);
-    q = q / ratio;
-    a = a * ratio;
+    const double next_s = s + a * lattice_->noise3(q);
+    const position next_q = q / ratio;
+    const double next_a = a * ratio;
+    if (same_bits(next_s, s) && same_bits(next_q, q) && same_bits(next_a, a)) break;
+    s = next_s;
+    q = next_q;
+    a = next_a;
   }
   return s;
 }
@@ -152,9 +178,13 @@ vector fractal_noise::vector_value(const position& p) const {
   double a = amplitude * normaliser;
   vector s{offset, offset, offset};
   for (int i = 0; i < depth; ++i) {
-    s = s + a * lattice_->vnoise3(q);
-    q = q / ratio;
-    a = a * ratio;
+    const vector next_s = s + a * lattice_->vnoise3(q);
+    const position next_q = q / ratio;
+    const double next_a = a * ratio;
+    if (same_bits(next_s, s) && same_bits(next_q, q) && same_bits(next_a, a)) break;
+    s = next_s;
+    q = next_q;
+    a = next_a;
   }
   return s;
 }

@@ -1,10 +1,10 @@
 // image_error.cpp - the image library's one error path: a formatted line to
-// the installed handler, or to standard error followed by exit status 1.
+// the installed handler, or else the run stops with it (fatal_error).
 #include <cstdarg>
-#include <cstdlib>
 #include <string>
 
 #include "image/image_file.h"
+#include "support/fatal_error.h"
 
 namespace sciray {
 
@@ -26,13 +26,8 @@ void image_error(const char* format, ...) {
   std::vsnprintf(message.data(), message.size() + 1, format, args);
   va_end(args);
 
-  if (error_handler) {
-    error_handler(message.c_str());
-    return;
-  }
-  message += '\n';
-  std::fwrite(message.data(), 1, message.size(), stderr);
-  std::exit(1);
+  if (!error_handler) fatal(message);
+  error_handler(message.c_str());
 }
 
 }  // namespace sciray

@@ -13,9 +13,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <string>
 
 #include "image/byte_order.h"
 #include "image/image.h"
+#include "support/fatal_error.h"
 
 namespace sciray {
 
@@ -46,6 +48,7 @@ struct image_file {
 
   // Run-time state.
   std::FILE* file = nullptr;
+  std::string path;  // the file's name, when open for writing
   std::uint16_t flags = 0;
   std::uint16_t swap_bytes = 0;  // the file is big-endian
   std::uint32_t data_end = 0;    // where the next compressed row goes
@@ -59,6 +62,7 @@ struct image_file {
   image_file& operator=(const image_file&) = delete;
   ~image_file() {
     if (file) std::fclose(file);
+    if (!path.empty()) keep_on_fatal(path);  // finished, or left to the caller that saw the error
   }
 
   std::size_t table_entries() const { return static_cast<std::size_t>(ysize) * zsize; }

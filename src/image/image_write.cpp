@@ -34,6 +34,10 @@ image_file* open_for_writing(const char* name, unsigned type, unsigned dim, unsi
     image_error("iopen: can't open output file %s", name);
     return nullptr;
   }
+  // Until iclose has written the tables the file is unreadable: an error
+  // that stops the run before then takes it away again.
+  image->path = name;
+  remove_on_fatal(name);
   // Unbuffered, so that the header and each row go out in one write call
   // and a failed write is seen at once.
   std::setvbuf(image->file, nullptr, _IONBF, 0);
@@ -85,7 +89,10 @@ int putrow(image_file* image, const std::uint16_t* samples, unsigned y, unsigned
     for (std::size_t x = 0; x < xsize; ++x) store_value(buffer + x * layout.bytes, samples[x], layout);
   }
   if (img_seek(*image, y, z) < 0) return -1;
-  if (!write_all(image->file, buffer, bytes)) return -1;
+  if (!write_all(image->file, buffer, bytes)) {
+    image_error("putrow: error on write of row %u of channel %u", y, z);
+    return -1;
+  }
   return static_cast<int>(xsize);
 }
 

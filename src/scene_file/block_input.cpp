@@ -3,19 +3,12 @@
 // ignored), and the fatal messages of the block readers.
 #include "scene_file/block_input.h"
 
-#include <cstdlib>
-
 #include "scene_file/number_parse.h"
 #include "shading/world.h"
 
 namespace sciray {
 
 int reader_state::colormap_size() const { return colormap == nullptr ? 0 : colormap->size(); }
-
-void fatal(const std::string& line) {
-  std::fprintf(stderr, "%s\n", line.c_str());
-  std::exit(1);
-}
 
 void block_input::fail(std::string_view text) const {
   fatal(std::string("Error (") + block_ + "): " + std::string(text));

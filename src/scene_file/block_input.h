@@ -12,12 +12,13 @@
 #include "math/vector.h"
 #include "scene_file/scene_settings.h"
 #include "scene_file/token_reader.h"
+#include "support/fatal_error.h"
 
 namespace sciray {
 
 class world;
 class contour_material;
-struct material_table;
+class material_table;
 struct render_context;
 
 struct reader_state {
@@ -35,9 +36,6 @@ struct reader_state {
   contour_material* blending = nullptr;  // contour table of mode 1: neighbouring bands mixed
   contour_material* steps = nullptr;     // contour table of mode 0: one band takes all
 };
-
-// Writes `line` and its line end to standard error and exits with status 1.
-[[noreturn]] void fatal(const std::string& line);
 
 // Reads tokens for one block; every message begins "Error (<block>): ".
 // A value that cannot be read stops the run with "Unable to read " + what.

@@ -74,7 +74,7 @@ void read_index_entry(block_input& in, reader_state& state) {
   const int index = in.read_int("index number");
   if (index < 0 || index >= state.colormap_size()) in.fail("Invalid index number " + std::to_string(index));
   in.expect_open("colormap index");
-  material& m = state.colormap->entries[static_cast<std::size_t>(index)];
+  material& m = state.colormap->entry(index);
   reset_entry(m, state.scene);
   pending_values p;
   for (std::string_view key; in.next_keyword(key);) {

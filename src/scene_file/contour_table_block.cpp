@@ -20,7 +20,7 @@ void read_contour_table_block(reader_state& state) {
     if (index < 0 || index >= state.colormap_size()) in.fail("Invalid colormap index " + std::to_string(index));
     const double value = in.read_real("value");
     // Bands point at the entry itself, so later changes of it are seen.
-    const material* entry = &state.colormap->entries[static_cast<std::size_t>(index)];
+    const material* entry = &state.colormap->entry(index);
     state.blending->add(entry, value);
     state.steps->add(entry, value);
   }

@@ -92,7 +92,7 @@ void add_contour_polygon(reader_state& state, const geometry_record& rec) {
 
 void build_record(reader_state& state, const geometry_record& rec) {
   if (rec.index < 0 || rec.index >= state.colormap_size() || !rec.has_xyz) return;
-  const material* m = &state.colormap->entries[static_cast<std::size_t>(rec.index)];
+  const material* m = &state.colormap->entry(rec.index);
   const double line_radius = state.settings.line_radius;
   const double symbol_radius = state.settings.symbol_radius;
   const bool has_contours = state.steps != nullptr;

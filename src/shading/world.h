@@ -12,16 +12,10 @@
 #include "shading/contour_material.h"
 #include "shading/light.h"
 #include "shading/material.h"
+#include "shading/material_table.h"
 #include "shading/ray_state.h"
 
 namespace sciray {
-
-// The colour map: materials indexed from 0.
-struct material_table {
-  explicit material_table(int size) : entries(static_cast<std::size_t>(size)) {}
-  int size() const { return static_cast<int>(entries.size()); }
-  std::vector<material> entries;
-};
 
 class world {
  public:
@@ -48,8 +42,7 @@ class world {
   // Calls f(m) for every material of every colour map read.
   template <typename F>
   void for_each_material(F&& f) const {
-    for (const auto& table : tables_)
-      for (const material& m : table->entries) f(m);
+    for (const auto& table : tables_) table->for_each(f);
   }
   // True when shading draws on the random stream (an area light).
   bool draws_random() const;

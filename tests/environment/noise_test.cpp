@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <memory>
 
@@ -120,6 +121,74 @@ TEST(noise_lattice, filled_from_the_stream_wrapped_and_summed_in_octaves) {
   EXPECT_EQ(f.normaliser, 1.0);
   EXPECT_EQ(f.value(position(1.3, 2.2, 3.1)), 0.5);
   EXPECT_EQ(f.vector_value(position(1.3, 2.2, 3.1)), vector(0.5, 0.5, 0.5));
+}
+
+// The octave sums as written: every one of `depth` octaves computed.
+double plain_normaliser(int depth, double ratio) {
+  double sum = 0.0, a = 1.0;
+  for (int i = 0; i < depth; ++i) {
+    sum = sum + a;
+    a = a * ratio;
+  }
+  return sum != 0.0 ? 1.0 / sum : 1.0;
+}
+
+vector plain_sum(const fractal_noise& f, const noise_lattice& lattice, const position& p, bool vectors) {
+  position q = p / f.scale;
+  double a = f.amplitude * f.normaliser;
+  vector s{f.offset, f.offset, f.offset};
+  for (int i = 0; i < f.depth; ++i) {
+    s = s + a * (vectors ? lattice.vnoise3(q) : vector(lattice.noise3(q), 0.0, 0.0));
+    q = q / f.ratio;
+    a = a * f.ratio;
+  }
+  return vectors ? s : vector(s.x, f.offset, f.offset);
+}
+
+// Bit for bit, except that any two not-a-numbers count as equal.
+bool same(double a, double b) {
+  return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+TEST(fractal_noise, deep_sums_stop_at_their_fixed_point_with_the_same_bits) {
+  rand_stream random;
+  noise_registry registry;
+  const std::shared_ptr<const noise_lattice> lattice = registry.acquire(random);
+  const double inf = std::numeric_limits<double>::infinity(), nan = std::numeric_limits<double>::quiet_NaN();
+  const position points[] = {{0.3, -1.7, 2.9}, {0.0, 0.0, 0.0}, {0.0, 1e-300, -4e-320},
+                             {1e300, -2.5, 0.0}, {inf, 1.0, 2.0},  {nan, 0.5, 0.5}};
+  // The clouds' ratio and the roughness's; weights of every size.
+  for (const double ratio : {0.571, 0.5}) {
+    for (const double amplitude : {1.0, 1e308, 5e-324, inf}) {
+      fractal_noise f(0.37, amplitude, 0.25, registry, random);
+      f.ratio = ratio;
+      // Depths below, around and far beyond the fixed points (the weight
+      // underflows after about 1300 octaves, the points overflow after
+      // about 2600 at most).
+      for (const int depth : {0, 1, 6, 700, 1300, 2600, 4000}) {
+        SCOPED_TRACE(::testing::Message() << "ratio " << ratio << " amplitude " << amplitude << " depth " << depth);
+        f.depth = depth;
+        f.update_normaliser();
+        EXPECT_TRUE(same(f.normaliser, plain_normaliser(depth, ratio)));
+        for (const position& p : points) {
+          const vector want = plain_sum(f, *lattice, p, false), want_vector = plain_sum(f, *lattice, p, true);
+          EXPECT_TRUE(same(f.value(p), want.x)) << p << ": " << f.value(p) << " against " << want.x;
+          const vector got = f.vector_value(p);
+          for (int k = 0; k < 3; ++k) EXPECT_TRUE(same(got[k], want_vector[k])) << p << " component " << k;
+        }
+      }
+      // Two billion octaves give what 4000 gave, at once.
+      f.depth = 4000;
+      f.update_normaliser();
+      const double normaliser = f.normaliser, value = f.value(points[0]);
+      const vector vector_value = f.vector_value(points[0]);
+      f.depth = 2147483647;
+      f.update_normaliser();
+      EXPECT_TRUE(same(f.normaliser, normaliser));
+      EXPECT_TRUE(same(f.value(points[0]), value));
+      for (int k = 0; k < 3; ++k) EXPECT_TRUE(same(f.vector_value(points[0])[k], vector_value[k]));
+    }
+  }
 }
 
 }  // namespace

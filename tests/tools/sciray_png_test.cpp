@@ -48,6 +48,10 @@ TEST(sciray_png, bad_input_leaves_no_png) {
   const std::string magic = corrupt([](bytes& f) { f[0] = 0x34, f[1] = 0x12; });
   const std::string outside = corrupt([](bytes& f) { put_le32(f, 512, 1000000); });
   const std::string overflow = corrupt([](bytes& f) { f[le32(f, 512)] = 0x7f; });
+  const std::string literal = corrupt([](bytes& f) { f[le32(f, 512 + 4)] = 0x85; });
+  const std::string negative = corrupt([](bytes& f) { put_le32(f, 536 + 8, std::uint32_t(-1)); });
+  const std::string empty = corrupt([](bytes& f) { f[6] = f[7] = 0; });
+  const std::string huge = corrupt([](bytes& f) { f[6] = f[7] = f[8] = f[9] = 0xff; });
   const std::string missing = scratch_dir() + "/missing.rgb", grey = scratch_dir() + "/grey.rgb";
   ASSERT_EQ(iclose(iopen(grey.c_str(), "w", 257, 2, 6, 2, 1)), 0);
 
@@ -60,8 +64,14 @@ TEST(sciray_png, bad_input_leaves_no_png) {
       {{out, outside}, "sciray-png: " + outside + ": getrow: row 0 of channel 0 lies outside the file"},
       {{out, good, narrow}, "sciray-png: " + narrow + ": width 5 differs from 6 of " + good},
       {{out, overflow}, "sciray-png: " + overflow + ": rle_expand: run of 127 values overflows the row"},
+      {{out, literal}, "sciray-png: " + literal + ": rle_expand: run of 5 values overflows the row"},
+      {{out, negative}, "sciray-png: " + negative + ": getrow: row 0 of channel 1 has a bad length"},
+      {{out, empty}, "sciray-png: " + empty + ": iopen: image has a size of 0"},
+      {{out, huge}, "sciray-png: " + huge + ": iopen: error on read of rowstart"},
       {{out, grey}, "sciray-png: " + grey + ": expected 3 channels, found 1"},
       {{nowhere, good}, "sciray-png: " + nowhere + ": can't create " + nowhere + "."},
+      // A device is written directly, never replaced by a file.
+      {{"/dev/full", good}, "sciray-png: /dev/full: "},
   };
   for (const auto& [args, message] : cases) {
     const run_result r = run_program(SCIRAY_PNG_BINARY, args);
@@ -70,6 +80,30 @@ TEST(sciray_png, bad_input_leaves_no_png) {
     EXPECT_EQ(r.err.find('\n'), r.err.size() - 1) << r.err;
     EXPECT_EQ(pngs_left(), std::vector<std::string>{}) << message;
   }
+  EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
+}
+
+TEST(sciray_png, large_picture_from_a_small_file) {
+  // 2000 by 2000 pixels whose rows all share one compressed row of 7s: a
+  // 48 KB file that the tool streams into a PNG row by row.
+  const unsigned side = 2000;
+  bytes file = file_bytes(write_picture("one_row.rgb", side, 1, [](unsigned, unsigned, unsigned) { return 7; }));
+  const std::uint32_t row_start = le32(file, 512), row_size = le32(file, 512 + 4 * 3);
+  const bytes row(file.begin() + row_start, file.begin() + row_start + row_size);
+  file.resize(512 + 8 * 3 * side);
+  file[8] = side & 0xff, file[9] = side >> 8;
+  const std::size_t data = file.size();
+  file.insert(file.end(), row.begin(), row.end());
+  for (std::size_t i = 0; i < 3 * side; ++i) {
+    put_le32(file, 512 + 4 * i, std::uint32_t(data));
+    put_le32(file, 512 + 4 * (3 * side + i), row_size);
+  }
+  const std::string out = scratch_dir() + "/large.png";
+  const run_result r = run_program(SCIRAY_PNG_BINARY, {out, scratch_file("large.rgb", file)});
+  EXPECT_EQ(r.status, 0) << r.err;
+  const auto [format, samples] = decode_with_pil(out);
+  EXPECT_EQ(format, "PNG 2000 2000");
+  EXPECT_EQ(samples, testing::samples(std::size_t{3} * side * side, 7));
 }
 
 #else

@@ -1,0 +1,80 @@
+// render_fuzz.cpp - fuzz target: the whole renderer on small scenes, so
+// that hostile values (not-a-numbers, infinities, degenerate shapes, odd
+// contour tables) reach the tracer. The scene is read first to learn what a
+// picture of it would cost; only cheap ones are rendered (a few hundred
+// samples, a bounded ray depth). A first line "#-band i/n", a comment to
+// the reader, renders that band of the picture.
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "driver/program.h"
+#include "fuzz_case.h"
+#include "scene_file/scene_reader.h"
+#include "shading/render_context.h"
+#include "shading/world.h"
+
+using namespace sciray::fuzz;
+
+namespace {
+
+constexpr double sample_budget = 4096;
+constexpr int depth_limit = 12;  // deeper rays are another matter (the recursion's stack)
+
+struct file_closer {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+// The render settings of the scene, or false when reading it stops.
+bool read_settings(const memory_file& scene, sciray::render_settings& settings) {
+  const std::unique_ptr<std::FILE, file_closer> file(std::fopen(scene.path().c_str(), "r"));
+  sciray::world w;
+  sciray::scene_settings s;
+  sciray::render_context context;
+  try {
+    sciray::read_scene_file(file.get(), w, s, context);
+  } catch (const case_stopped&) {
+    return false;
+  }
+  settings = s.render;
+  return true;
+}
+
+// Samples a picture takes, weighted by the octaves a cloudy sky sums.
+double cost(const sciray::render_settings& r) {
+  const double pixels = static_cast<double>(r.width) * r.height;
+  const double per_pixel = r.antialias && r.pixel_size <= 1 ? 1 << (2 * std::min(r.antialias_depth, 4)) : 1;
+  const double octaves = r.cloud_inner_frac + r.cloud_outer_frac > 0.0 ? 1 + std::min(r.cloud_depth, 4000) / 100.0 : 1;
+  return pixels * per_pixel * octaves;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+  install_case_handlers();
+  return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const memory_file scene(data, size);
+  sciray::render_settings settings;
+  if (!read_settings(scene, settings) || settings.depth > depth_limit || cost(settings) > sample_budget) return 0;
+
+  std::vector<std::string> args = {"sciray", scene.path(), "/dev/null"};
+  const std::string text(reinterpret_cast<const char*>(data), size);
+  const std::string band_mark = "#-band ";
+  if (text.rfind(band_mark, 0) == 0) {
+    args.push_back("-band");
+    args.push_back(text.substr(band_mark.size(), text.find('\n') - band_mark.size()));
+  }
+  std::vector<char*> argv;
+  for (std::string& a : args) argv.push_back(a.data());
+  argv.push_back(nullptr);
+  try {
+    sciray::run_program(static_cast<int>(args.size()), argv.data());
+  } catch (const case_stopped&) {
+  }
+  return 0;
+}
