@@ -6,9 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
-#include <condition_variable>
 #include <cstdint>
-#include <mutex>
 #include <utility>
 #include <vector>
 
@@ -47,7 +45,7 @@ class band_render {
         units_(band_units(band.rows, band.window.rows, block_)),
         threads_(std::clamp(threads, 1, static_cast<int>(units_.size()))),
         ring_(static_cast<std::size_t>(2 * threads_ + 2)),
-        done_(units_.size(), 0),
+        done_(units_.size()),
         edges_(mode_ == row_mode::antialiased ? ring_ + 2 : 0) {
     const bool draws = band.scene.draws_random();
     // With anti-aliasing, what a row draws depends on what the rows before
@@ -103,11 +101,8 @@ class band_render {
       sample(k, source, &sampler, out.row);
       out.rays = context.ray_count - out.rays_before;
       out.tests = context.test_count - out.tests_before;
-      {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        done_[k] = 1;
-      }
-      changed_.notify_all();
+      done_[k].store(1, std::memory_order_release);
+      done_[k].notify_one();
     }
   }
 
@@ -117,10 +112,7 @@ class band_render {
     progress_reporter progress(band_.objects);
     std::uint32_t rays = 0, tests = 0;
     for (std::size_t k = 0; k < units_.size(); ++k) {
-      {
-        std::unique_lock<std::mutex> lock(mutex_);
-        changed_.wait(lock, [&] { return done_[k] != 0; });
-      }
+      done_[k].wait(0, std::memory_order_acquire);
       const unit_output& out = slots_[k % ring_];
       rays += out.rays_before;
       tests += out.tests_before;
@@ -128,11 +120,8 @@ class band_render {
       for (int y = units_[k].first_row; y < units_[k].end_row; ++y) writer.write(y, out.row);
       rays += out.rays;
       tests += out.tests;
-      {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        written_ = k + 1;
-      }
-      changed_.notify_all();
+      written_.store(k + 1, std::memory_order_release);
+      written_.notify_all();
     }
   }
 
@@ -140,8 +129,9 @@ class band_render {
   sample_edge& edge(std::size_t e) { return edges_[e % edges_.size()]; }
 
   void wait_for_slot(std::size_t k) {
-    std::unique_lock<std::mutex> lock(mutex_);
-    changed_.wait(lock, [&] { return k < written_ + ring_; });
+    for (std::size_t w = written_.load(std::memory_order_acquire); k >= w + ring_;
+         w = written_.load(std::memory_order_acquire))
+      written_.wait(w, std::memory_order_acquire);
   }
 
   // Renders unit k into `row`.
@@ -178,10 +168,8 @@ class band_render {
   std::atomic<std::size_t> next_{0};  // the next unit a thread takes
   std::vector<std::uint64_t> draws_;  // the counting pass's draws, then each unit's start in the stream
   std::vector<unit_output> slots_;
-  std::vector<char> done_;
-  std::size_t written_ = 0;
-  std::mutex mutex_;
-  std::condition_variable changed_;
+  std::vector<std::atomic<int>> done_;     // 1 once unit k is rendered
+  std::atomic<std::size_t> written_{0};  // units written so far
   std::vector<sample_edge> edges_;
 };
 
