@@ -54,7 +54,7 @@ struct box_pair_result {
 // `origin_may_be_inside`, and the inside test is left out; one whose ray has
 // no zero direction component passes false for `may_be_flat`.
 template <bool origin_may_be_inside, bool may_be_flat = true>
-inline box_pair_result enter_boxes(const box_pair& boxes, const box_ray& r, double distance) {
+[[gnu::always_inline]] inline box_pair_result enter_boxes(const box_pair& boxes, const box_ray& r, double distance) {
   const __m128d all = _mm_castsi128_pd(_mm_set1_epi32(-1));
   __m128d inside = origin_may_be_inside ? all : _mm_setzero_pd(), miss = _mm_setzero_pd();
   __m128d near = _mm_set1_pd(-1e20), far = _mm_set1_pd(1e20);
