@@ -13,12 +13,7 @@ cylinder::cylinder(const position& start, const position& end_point, double radi
   if (shape.length == 0.0 || radius == 0.0) shape.length = std::numeric_limits<double>::quiet_NaN();
 }
 
-bounding_box cylinder::bounds() const {
-  bounding_box box;
-  box.widen(shape.start, surface.radius);
-  box.widen(end, surface.radius);
-  return box;
-}
+bounding_box cylinder::bounds() const { return bounding_box::cubes(shape.start, end, surface.radius); }
 
 void cylinder_surface::fill(const cylinder_shape& shape, const position& p, hit_record& hit) const {
   const double h = dot(p - shape.start, shape.axis);

@@ -3,11 +3,7 @@
 
 namespace sciray {
 
-bounding_box sphere::bounds() const {
-  bounding_box box;
-  box.widen(center, radius);
-  return box;
-}
+bounding_box sphere::bounds() const { return bounding_box::cube(center, radius); }
 
 void sphere::surface(const position& p, hit_record& hit) const { hit.normal = normalise(p - center); }
 

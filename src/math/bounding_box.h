@@ -18,9 +18,11 @@ struct bounding_box {
 
   void widen(const bounding_box& b);
   void widen(const position& p);
-  // Widens by the cube of half-side `half` centred on `p`.
-  void widen(const position& p, double half);
   bool any_empty() const { return axis[0].empty || axis[1].empty || axis[2].empty; }
+  // The box an empty box widened by the cube of half-side `half` around `p`
+  // becomes; with a second cube around `q`, widened by that too.
+  static bounding_box cube(const position& p, double half);
+  static bounding_box cubes(const position& p, const position& q, double half);
   double centre(int a) const { return (axis[a].lo + axis[a].hi) * 0.5; }
 };
 

@@ -34,17 +34,23 @@ bounding_hierarchy::bounding_hierarchy() {
 struct bounding_hierarchy::build_state {
   const box_source& source;
   std::uint32_t leaf_size;
+  std::vector<double> centre[3];           // the centres of a node's objects' boxes on each axis
   std::vector<keyed_item> keyed, scratch;  // sort space, made once for the whole build
   bounding_box chunk[256];                 // boxes fetched from the source
 
-  // Calls f(i, box) for objects[i], i = 0 .. count - 1, in order.
-  template <typename F>
-  void each_box(const std::uint32_t* objects, std::uint32_t count, F&& f) {
+  // The union of the boxes of `count` objects, widened in their order, and
+  // their centres on each axis.
+  bounding_box survey(const std::uint32_t* objects, std::uint32_t count) {
+    bounding_box box;
     for (std::uint32_t done = 0; done < count; done += 256) {
       const std::uint32_t n = count - done < 256 ? count - done : 256;
       source.boxes(objects + done, n, chunk);
-      for (std::uint32_t i = 0; i < n; ++i) f(done + i, chunk[i]);
+      for (std::uint32_t i = 0; i < n; ++i) {
+        box.widen(chunk[i]);
+        for (int a = 0; a < 3; ++a) centre[a][done + i] = chunk[i].centre(a);
+      }
     }
+    return box;
   }
 };
 
@@ -55,14 +61,22 @@ void bounding_hierarchy::build(std::uint32_t n, const box_source& source, const 
   nodes_.clear();
   store_lane(root_box_, 0, root_box);
   store_lane(root_box_, 1, root_box);
-  build_state b{source, static_cast<std::uint32_t>(leaf_size < 0 ? 0 : leaf_size), {}, {}, {}};
+  build_state b{source, static_cast<std::uint32_t>(leaf_size < 0 ? 0 : leaf_size), {}, {}, {}, {}};
+  for (std::vector<double>& c : b.centre) c.resize(n);
   b.keyed.resize(n);
-  root_ = split(b, 0, n, root_box, 0);
+  root_ = split(b, 0, n, &root_box, nullptr, 0);
   nodes_.shrink_to_fit();
 }
 
+// Each node surveys its own objects once: their union is its box (kept in
+// its parent's node as the lane `lane`), and their centres sort them if
+// the node is split.
 hierarchy_child bounding_hierarchy::split(build_state& b, std::uint32_t first, std::uint32_t count,
-                                          const bounding_box& box, int level) {
+                                          const bounding_box* root_box, const node_lane* parent, int level) {
+  std::uint32_t* objects = order_.data() + first;
+  const bounding_box surveyed = b.survey(objects, count);
+  const bounding_box& box = root_box ? *root_box : surveyed;
+  if (parent) store_lane(nodes_[parent->node].boxes, parent->lane, box);
   if (count <= b.leaf_size || level + 1 >= max_depth) return {first, count, 0};
 
   const auto index = static_cast<std::uint32_t>(nodes_.size());
@@ -77,18 +91,14 @@ hierarchy_child bounding_hierarchy::split(build_state& b, std::uint32_t first, s
 
   const int axis = (ex >= ey && ex >= ez) ? 0 : (ey >= ez ? 1 : 2);
   const std::span<keyed_item> keyed(b.keyed.data(), count);
-  std::uint32_t* objects = order_.data() + first;
-  b.each_box(objects, count, [&](std::uint32_t i, const bounding_box& box) { keyed[i] = {box.centre(axis), objects[i]}; });
+  for (std::uint32_t i = 0; i < count; ++i) keyed[i] = {b.centre[axis][i], objects[i]};
   stable_sort_by_key(keyed, b.scratch);
+  for (std::uint32_t i = 0; i < count; ++i) objects[i] = keyed[i].item;
 
   const std::uint32_t half = count / 2;
-  for (std::uint32_t i = 0; i < count; ++i) objects[i] = keyed[i].item;
-  bounding_box left, right;
-  b.each_box(objects, count, [&](std::uint32_t i, const bounding_box& box) { (i < half ? left : right).widen(box); });
-  store_lane(nodes_[index].boxes, 0, left);
-  store_lane(nodes_[index].boxes, 1, right);
-  const hierarchy_child l = split(b, first, half, left, level + 1);
-  const hierarchy_child r = split(b, first + half, count - half, right, level + 1);
+  const node_lane left{index, 0}, right{index, 1};
+  const hierarchy_child l = split(b, first, half, nullptr, &left, level + 1);
+  const hierarchy_child r = split(b, first + half, count - half, nullptr, &right, level + 1);
   nodes_[index].child[0] = l;
   nodes_[index].child[1] = r;
   return {index, hierarchy_child::inner_mark, 0};

@@ -77,7 +77,12 @@ class bounding_hierarchy {
   bool walk_from(const box_ray& along, const double& distance, LeafTest& test_leaf) const;
 
   struct build_state;
-  hierarchy_child split(build_state& b, std::uint32_t first, std::uint32_t count, const bounding_box& box, int level);
+  struct node_lane {
+    std::uint32_t node;
+    int lane;
+  };
+  hierarchy_child split(build_state& b, std::uint32_t first, std::uint32_t count, const bounding_box* root_box,
+                        const node_lane* parent, int level);
 
   box_pair root_box_{};  // the root's box in both lanes
   hierarchy_child root_;
