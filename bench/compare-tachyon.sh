@@ -47,7 +47,7 @@ measure() {
 # The median of the first column and the largest second column of the lines on stdin.
 summarise() { sort -n | awk '{ w[NR] = $1; if ($2 > m) m = $2 } END { printf "%.3f %d\n", w[int((NR + 1) / 2)], m }'; }
 
-table="| scene | primitives | .ren MB | threads | sciray s | sciray MB | of which loading s | Tachyon s | Tachyon MB | sciray / Tachyon |
+table="| scene | primitives | .ren MB | threads | sciray s | sciray MiB | of which loading s | Tachyon s | Tachyon MiB | sciray / Tachyon |
 |---|---:|---:|---:|---:|---:|---:|---:|---:|---:|"
 empty_band="1/$((2 * height + 1))"  # more bands than rows: the first is empty
 for size in "${size_list[@]}"; do

@@ -86,18 +86,18 @@ bounding_box geometry_builder::triangle_box(std::uint32_t t) const {
   return box_of(at[corner[0]], at[corner[1]], at[corner[2]]);
 }
 
-void geometry_builder::boxes(const std::uint32_t* objects, std::size_t count, bounding_box* out) const {
+void geometry_builder::boxes(const std::uint32_t* objects, std::size_t count, solid_box* out) const {
   for (std::size_t i = 0; i < count; ++i) {
     const primitive_ref p = added_[objects[i]];
     switch (p.kind()) {
       case shape_kind::sphere:
-        out[i] = spheres_[p.index()].bounds();
+        out[i] = spheres_[p.index()].bounds().solid();
         break;
       case shape_kind::cylinder:
-        out[i] = cylinders_[p.index()].bounds();
+        out[i] = cylinders_[p.index()].bounds().solid();
         break;
       case shape_kind::triangle:
-        out[i] = triangle_box(p.index());
+        out[i] = triangle_box(p.index()).solid();
         break;
     }
   }

@@ -40,7 +40,7 @@ class geometry_builder : private box_source {
  private:
   primitive_ref next_ref(shape_kind kind, std::size_t count) const;
   void added(primitive_ref p, const bounding_box& box, const material* m);
-  void boxes(const std::uint32_t* objects, std::size_t count, bounding_box* out) const override;
+  void boxes(const std::uint32_t* objects, std::size_t count, solid_box* out) const override;
   bounding_box triangle_box(std::uint32_t t) const;
   void lay_out(std::array<std::vector<std::uint32_t>, 3> by_kind, scene_geometry& g);
 

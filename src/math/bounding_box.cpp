@@ -19,6 +19,10 @@ void bounding_box::widen(const bounding_box& b) {
     if (!b.axis[a].empty) axis[a].widen(b.axis[a].lo, b.axis[a].hi);
 }
 
+void bounding_box::widen(const solid_box& b) {
+  for (int a = 0; a < 3; ++a) axis[a].widen(b.lo[a], b.hi[a]);
+}
+
 void bounding_box::widen(const position& p) {
   for (int a = 0; a < 3; ++a) axis[a].widen(p[a], p[a]);
 }

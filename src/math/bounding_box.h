@@ -13,10 +13,18 @@ struct interval {
   double extent() const { return empty ? 0.0 : hi - lo; }
 };
 
+// A box that holds something on every axis, as every primitive's box does:
+// the six bounds alone, the hierarchy's build keeps one per primitive.
+struct solid_box {
+  double lo[3], hi[3];
+  double centre(int a) const { return (lo[a] + hi[a]) * 0.5; }
+};
+
 struct bounding_box {
   interval axis[3];  // x, y, z
 
   void widen(const bounding_box& b);
+  void widen(const solid_box& b);
   void widen(const position& p);
   bool any_empty() const { return axis[0].empty || axis[1].empty || axis[2].empty; }
   // The box an empty box widened by the cube of half-side `half` around `p`
@@ -24,6 +32,10 @@ struct bounding_box {
   static bounding_box cube(const position& p, double half);
   static bounding_box cubes(const position& p, const position& q, double half);
   double centre(int a) const { return (axis[a].lo + axis[a].hi) * 0.5; }
+  // The bounds of a box that holds something on every axis.
+  solid_box solid() const {
+    return {{axis[0].lo, axis[1].lo, axis[2].lo}, {axis[0].hi, axis[1].hi, axis[2].hi}};
+  }
 };
 
 }  // namespace sciray

@@ -32,26 +32,9 @@ bounding_hierarchy::bounding_hierarchy() {
 }
 
 struct bounding_hierarchy::build_state {
-  const box_source& source;
   std::uint32_t leaf_size;
-  std::vector<double> centre[3];           // the centres of a node's objects' boxes on each axis
+  std::vector<solid_box> boxes;            // the objects' boxes, in the order of order_
   std::vector<keyed_item> keyed, scratch;  // sort space, made once for the whole build
-  bounding_box chunk[256];                 // boxes fetched from the source
-
-  // The union of the boxes of `count` objects, widened in their order, and
-  // their centres on each axis.
-  bounding_box survey(const std::uint32_t* objects, std::uint32_t count) {
-    bounding_box box;
-    for (std::uint32_t done = 0; done < count; done += 256) {
-      const std::uint32_t n = count - done < 256 ? count - done : 256;
-      source.boxes(objects + done, n, chunk);
-      for (std::uint32_t i = 0; i < n; ++i) {
-        box.widen(chunk[i]);
-        for (int a = 0; a < 3; ++a) centre[a][done + i] = chunk[i].centre(a);
-      }
-    }
-    return box;
-  }
 };
 
 void bounding_hierarchy::build(std::uint32_t n, const box_source& source, const bounding_box& root_box,
@@ -61,20 +44,51 @@ void bounding_hierarchy::build(std::uint32_t n, const box_source& source, const 
   nodes_.clear();
   store_lane(root_box_, 0, root_box);
   store_lane(root_box_, 1, root_box);
-  build_state b{source, static_cast<std::uint32_t>(leaf_size < 0 ? 0 : leaf_size), {}, {}, {}, {}};
-  for (std::vector<double>& c : b.centre) c.resize(n);
+  build_state b{static_cast<std::uint32_t>(leaf_size < 0 ? 0 : leaf_size), {}, {}, {}};
+  b.boxes.resize(n);
+  for (std::uint32_t done = 0; done < n; done += 4096)
+    source.boxes(order_.data() + done, n - done < 4096 ? n - done : 4096, b.boxes.data() + done);
   b.keyed.resize(n);
   root_ = split(b, 0, n, &root_box, nullptr, 0);
   nodes_.shrink_to_fit();
 }
 
-// Each node surveys its own objects once: their union is its box (kept in
-// its parent's node as the lane `lane`), and their centres sort them if
-// the node is split.
+namespace {
+
+// Puts entry keyed[i].item of each list at place i, in place, following the
+// permutation's cycles (a place done is marked in `keyed`).
+template <typename T, typename U>
+void permute(std::span<keyed_item> keyed, T* a, U* b) {
+  constexpr std::uint32_t done = ~std::uint32_t{0};
+  for (std::uint32_t start = 0; start < keyed.size(); ++start) {
+    if (keyed[start].item == done) continue;
+    const T first_a = a[start];
+    const U first_b = b[start];
+    std::uint32_t at = start;
+    for (;;) {
+      const std::uint32_t from = keyed[at].item;
+      keyed[at].item = done;
+      if (from == start) break;
+      a[at] = a[from];
+      b[at] = b[from];
+      at = from;
+    }
+    a[at] = first_a;
+    b[at] = first_b;
+  }
+}
+
+}  // namespace
+
+// The objects' boxes travel with them, so that each node reads its own in
+// order: the union of a node's boxes is its box (kept in its parent's node
+// as lane `lane`), and their centres sort its objects if it is split.
 hierarchy_child bounding_hierarchy::split(build_state& b, std::uint32_t first, std::uint32_t count,
                                           const bounding_box* root_box, const node_lane* parent, int level) {
   std::uint32_t* objects = order_.data() + first;
-  const bounding_box surveyed = b.survey(objects, count);
+  solid_box* boxes = b.boxes.data() + first;
+  bounding_box surveyed;
+  for (std::uint32_t i = 0; i < count; ++i) surveyed.widen(boxes[i]);
   const bounding_box& box = root_box ? *root_box : surveyed;
   if (parent) store_lane(nodes_[parent->node].boxes, parent->lane, box);
   if (count <= b.leaf_size || level + 1 >= max_depth) return {first, count, 0};
@@ -89,11 +103,12 @@ hierarchy_child bounding_hierarchy::split(build_state& b, std::uint32_t first, s
     return {index, hierarchy_child::inner_mark, 0};
   }
 
+  // Sorted by centre on the longest axis, each entry naming the place it came from.
   const int axis = (ex >= ey && ex >= ez) ? 0 : (ey >= ez ? 1 : 2);
   const std::span<keyed_item> keyed(b.keyed.data(), count);
-  for (std::uint32_t i = 0; i < count; ++i) keyed[i] = {b.centre[axis][i], objects[i]};
+  for (std::uint32_t i = 0; i < count; ++i) keyed[i] = {boxes[i].centre(axis), i};
   stable_sort_by_key(keyed, b.scratch);
-  for (std::uint32_t i = 0; i < count; ++i) objects[i] = keyed[i].item;
+  permute(keyed, objects, boxes);
 
   const std::uint32_t half = count / 2;
   const node_lane left{index, 0}, right{index, 1};

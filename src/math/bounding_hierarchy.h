@@ -27,13 +27,13 @@ struct alignas(64) hierarchy_node {
   hierarchy_child child[2];
 };
 
-// Where the build gets the boxes of the objects: a few at a time, so that
-// the objects need not keep a box each while the tree is built.
+// Where the build gets the boxes of the objects, when it starts: the
+// objects need not keep a box each before then.
 class box_source {
  public:
   virtual ~box_source() = default;
   // The boxes of `count` objects, by their numbers, into `out`.
-  virtual void boxes(const std::uint32_t* objects, std::size_t count, bounding_box* out) const = 0;
+  virtual void boxes(const std::uint32_t* objects, std::size_t count, solid_box* out) const = 0;
 };
 
 class bounding_hierarchy {
