@@ -33,7 +33,7 @@ bounding_hierarchy::bounding_hierarchy() {
 
 struct bounding_hierarchy::build_state {
   std::uint32_t leaf_size;
-  std::vector<solid_box> boxes;            // the objects' boxes, in the order of order_
+  std::vector<solid_box> boxes;            // the objects' boxes, by object
   std::vector<keyed_item> keyed, scratch;  // sort space, made once for the whole build
 };
 
@@ -53,42 +53,17 @@ void bounding_hierarchy::build(std::uint32_t n, const box_source& source, const 
   nodes_.shrink_to_fit();
 }
 
-namespace {
 
-// Puts entry keyed[i].item of each list at place i, in place, following the
-// permutation's cycles (a place done is marked in `keyed`).
-template <typename T, typename U>
-void permute(std::span<keyed_item> keyed, T* a, U* b) {
-  constexpr std::uint32_t done = ~std::uint32_t{0};
-  for (std::uint32_t start = 0; start < keyed.size(); ++start) {
-    if (keyed[start].item == done) continue;
-    const T first_a = a[start];
-    const U first_b = b[start];
-    std::uint32_t at = start;
-    for (;;) {
-      const std::uint32_t from = keyed[at].item;
-      keyed[at].item = done;
-      if (from == start) break;
-      a[at] = a[from];
-      b[at] = b[from];
-      at = from;
-    }
-    a[at] = first_a;
-    b[at] = first_b;
-  }
-}
-
-}  // namespace
-
-// The objects' boxes travel with them, so that each node reads its own in
-// order: the union of a node's boxes is its box (kept in its parent's node
-// as lane `lane`), and their centres sort its objects if it is split.
+// Each node reads its objects' boxes once: their union is its box (kept in
+// its parent's node as lane `lane`), and their centres sort its objects if
+// it is split. The boxes are fetched from the source once, six bounds each,
+// because the source's own records lie scattered through memory.
 hierarchy_child bounding_hierarchy::split(build_state& b, std::uint32_t first, std::uint32_t count,
                                           const bounding_box* root_box, const node_lane* parent, int level) {
   std::uint32_t* objects = order_.data() + first;
-  solid_box* boxes = b.boxes.data() + first;
+  const solid_box* boxes = b.boxes.data();
   bounding_box surveyed;
-  for (std::uint32_t i = 0; i < count; ++i) surveyed.widen(boxes[i]);
+  for (std::uint32_t i = 0; i < count; ++i) surveyed.widen(boxes[objects[i]]);
   const bounding_box& box = root_box ? *root_box : surveyed;
   if (parent) store_lane(nodes_[parent->node].boxes, parent->lane, box);
   if (count <= b.leaf_size || level + 1 >= max_depth) return {first, count, 0};
@@ -103,12 +78,11 @@ hierarchy_child bounding_hierarchy::split(build_state& b, std::uint32_t first, s
     return {index, hierarchy_child::inner_mark, 0};
   }
 
-  // Sorted by centre on the longest axis, each entry naming the place it came from.
   const int axis = (ex >= ey && ex >= ez) ? 0 : (ey >= ez ? 1 : 2);
   const std::span<keyed_item> keyed(b.keyed.data(), count);
-  for (std::uint32_t i = 0; i < count; ++i) keyed[i] = {boxes[i].centre(axis), i};
+  for (std::uint32_t i = 0; i < count; ++i) keyed[i] = {boxes[objects[i]].centre(axis), objects[i]};
   stable_sort_by_key(keyed, b.scratch);
-  permute(keyed, objects, boxes);
+  for (std::uint32_t i = 0; i < count; ++i) objects[i] = keyed[i].item;
 
   const std::uint32_t half = count / 2;
   const node_lane left{index, 0}, right{index, 1};
