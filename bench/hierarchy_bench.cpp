@@ -1,5 +1,7 @@
 // hierarchy_bench.cpp - micro-benchmarks of the hierarchy: the walk over a
-// few thousand random spheres, cylinders and triangles, and the build.
+// few thousand random spheres, cylinders and triangles; the tree's build
+// over scattered boxes and over boxes on a grid (many equal centres); and
+// the whole build of a scene's geometry, shapes laid out included.
 #include <benchmark/benchmark.h>
 
 #include <random>
@@ -59,8 +61,43 @@ void hierarchy_walk(benchmark::State& state) {
 }
 BENCHMARK(hierarchy_walk)->Arg(1000)->Arg(100000);
 
-// The build alone: the shapes are added outside the timing.
+// Boxes scattered in a cube, or centred on the points of a grid.
+class box_list : public box_source {
+ public:
+  box_list(int count, bool grid) {
+    std::mt19937 gen(777);
+    std::uniform_real_distribution<double> coord(-10, 10), size(0.05, 0.4);
+    const auto cell = [&gen]() { return static_cast<double>(gen() % 100) * 0.2 - 10; };
+    for (int i = 0; i < count; ++i) {
+      const double x = grid ? cell() : coord(gen), y = grid ? cell() : coord(gen), z = grid ? 0 : coord(gen);
+      const double r = size(gen);
+      boxes_.push_back({{x - r, y - r, z - r}, {x + r, y + r, z + r}});
+      root_.widen(boxes_.back());
+    }
+  }
+  void boxes(const std::uint32_t* objects, std::size_t count, solid_box* out) const override {
+    for (std::size_t i = 0; i < count; ++i) out[i] = boxes_[objects[i]];
+  }
+  std::uint32_t size() const { return static_cast<std::uint32_t>(boxes_.size()); }
+  const bounding_box& root() const { return root_; }
+
+ private:
+  std::vector<solid_box> boxes_;
+  bounding_box root_;
+};
+
 void hierarchy_build(benchmark::State& state) {
+  const box_list boxes(static_cast<int>(state.range(0)), state.range(1) != 0);
+  for (auto _ : state) {
+    bounding_hierarchy h;
+    h.build(boxes.size(), boxes, boxes.root(), 8);
+    benchmark::DoNotOptimize(h.nodes().data());
+  }
+}
+BENCHMARK(hierarchy_build)->ArgsProduct({{4000, 500000}, {0, 1}})->ArgNames({"boxes", "grid"})->Unit(benchmark::kMillisecond);
+
+// The whole build of the geometry: the shapes are added outside the timing.
+void scene_build(benchmark::State& state) {
   const material plain;
   for (auto _ : state) {
     state.PauseTiming();
@@ -72,7 +109,7 @@ void hierarchy_build(benchmark::State& state) {
     benchmark::DoNotOptimize(geometry.hierarchy().nodes().data());
   }
 }
-BENCHMARK(hierarchy_build)->Arg(4000)->Arg(500000)->Unit(benchmark::kMillisecond);
+BENCHMARK(scene_build)->Arg(4000)->Arg(500000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace sciray

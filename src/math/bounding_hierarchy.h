@@ -76,14 +76,6 @@ class bounding_hierarchy {
   template <bool may_be_flat, typename LeafTest>
   bool walk_from(const box_ray& along, const double& distance, LeafTest& test_leaf) const;
 
-  struct build_state;
-  struct node_lane {
-    std::uint32_t node;
-    int lane;
-  };
-  hierarchy_child split(build_state& b, std::uint32_t first, std::uint32_t count, const bounding_box* root_box,
-                        const node_lane* parent, int level);
-
   box_pair root_box_{};  // the root's box in both lanes
   hierarchy_child root_;
   std::vector<hierarchy_node> nodes_;

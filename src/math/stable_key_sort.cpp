@@ -1,9 +1,9 @@
 // stable_key_sort.cpp - a least-significant-digit radix sort on the high
 // half of the keys' bits, then an insertion sort of the runs of equal high
 // halves by the whole key. Building the hierarchy of a large scene sorts
-// every level of the tree anew; a comparison sort made that the slowest
-// part of loading, and keys rarely share their high 32 bits but for being
-// equal.
+// all its objects by their centres on each axis; a comparison sort made
+// that the slowest part of loading, and keys rarely share their high 32
+// bits but for being equal.
 #include "math/stable_key_sort.h"
 
 #include <algorithm>
