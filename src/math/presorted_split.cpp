@@ -37,6 +37,11 @@ bounding_box survey(const solid_box* boxes, std::uint32_t count) {
   return out;
 }
 
+// Compares entries (an object and its box) in `chain` order.
+auto in_order(const sort_chain& chain) {
+  return [&chain](const auto& a, const auto& b) { return chain.before(*a.box, a.object, *b.box, b.object); };
+}
+
 }  // namespace
 
 presorted_split::presorted_split(std::vector<solid_box> boxes, const box_source& source,
@@ -67,12 +72,10 @@ presorted_split::presorted_split(std::vector<solid_box> boxes, const box_source&
 }
 
 void presorted_split::order_leaf(std::uint32_t first, std::uint32_t count, const sort_chain& chain) {
-  leaf_.resize(count);
-  for (std::uint32_t i = 0; i < count; ++i) leaf_[i] = {&boxes_[first + i], lists_[0][first + i].object};
-  std::sort(leaf_.begin(), leaf_.end(), [&chain](const leaf_entry& a, const leaf_entry& b) {
-    return chain.before(*a.box, a.object, *b.box, b.object);
-  });
-  for (std::uint32_t i = 0; i < count; ++i) order_[first + i] = leaf_[i].object;
+  entries_.resize(count);
+  for (std::uint32_t i = 0; i < count; ++i) entries_[i] = {&boxes_[first + i], lists_[0][first + i].object};
+  std::sort(entries_.begin(), entries_.end(), in_order(chain));
+  for (std::uint32_t i = 0; i < count; ++i) order_[first + i] = entries_[i].object;
 }
 
 void presorted_split::divide(std::uint32_t first, std::uint32_t count, int axis, const sort_chain& chain,
@@ -104,13 +107,10 @@ bool presorted_split::mark_median_run(const ranked* list, std::uint32_t count, c
   run_boxes_.resize(end - start);
   for (std::uint32_t i = start; i < end; ++i) run_[i - start] = list[i].object;
   source_.boxes(run_.data(), run_.size(), run_boxes_.data());
-  leaf_.resize(run_.size());
-  for (std::uint32_t k = 0; k < run_.size(); ++k) leaf_[k] = {&run_boxes_[k], run_[k]};
-  std::nth_element(leaf_.begin(), leaf_.begin() + (half - start), leaf_.end(),
-                   [&chain](const leaf_entry& a, const leaf_entry& b) {
-                     return chain.before(*a.box, a.object, *b.box, b.object);
-                   });
-  for (std::uint32_t k = 0; k < leaf_.size(); ++k) left_[leaf_[k].object] = start + k < half;
+  entries_.resize(run_.size());
+  for (std::uint32_t k = 0; k < run_.size(); ++k) entries_[k] = {&run_boxes_[k], run_[k]};
+  std::nth_element(entries_.begin(), entries_.begin() + (half - start), entries_.end(), in_order(chain));
+  for (std::uint32_t k = 0; k < entries_.size(); ++k) left_[entries_[k].object] = start + k < half;
   for (std::uint32_t i = start; i < half; ++i)
     if (!left_[list[i].object]) return true;
   return false;

@@ -44,7 +44,8 @@ class presorted_split {
     std::uint32_t rank;
     std::uint32_t object;
   };
-  struct leaf_entry {
+  // An object with its box, to be put in a chain's order.
+  struct entry {
     const solid_box* box;
     std::uint32_t object;
   };
@@ -59,9 +60,9 @@ class presorted_split {
   std::vector<std::uint8_t> left_;            // by object: whether the split under way sends it left
   std::vector<ranked> spare_;                 // the right part of a list while it is partitioned
   std::vector<solid_box> spare_boxes_;
-  std::vector<std::uint32_t> run_;
+  std::vector<std::uint32_t> run_;  // a run of equal centres across a median, by number
   std::vector<solid_box> run_boxes_;
-  std::vector<leaf_entry> leaf_;
+  std::vector<entry> entries_;
 };
 
 }  // namespace sciray
