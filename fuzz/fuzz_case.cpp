@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "driver/program.h"
 #include "support/fatal_error.h"
 
 namespace sciray::fuzz {
@@ -36,6 +37,16 @@ void install_case_handlers() {
   const int null = ::open("/dev/null", O_WRONLY);
   if (null < 0 || ::dup2(null, STDOUT_FILENO) < 0) fail("fuzz: /dev/null");
   ::close(null);
+}
+
+void run_program_case(std::vector<std::string> args) {
+  std::vector<char*> argv;
+  for (std::string& a : args) argv.push_back(a.data());
+  argv.push_back(nullptr);
+  try {
+    run_program(static_cast<int>(args.size()), argv.data());
+  } catch (const case_stopped&) {
+  }
 }
 
 memory_file::memory_file(const std::uint8_t* data, std::size_t size) : fd_(memfd_create("fuzz-input", MFD_CLOEXEC)) {

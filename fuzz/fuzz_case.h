@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace sciray::fuzz {
 
@@ -18,6 +19,10 @@ struct case_stopped {
 // line: no line end inside it, none missing), and sends the programs'
 // standard output to /dev/null.
 void install_case_handlers();
+
+// Runs the program with `args` (the program name first); a fatal error
+// ends the run and is checked, as any case's.
+void run_program_case(std::vector<std::string> args);
 
 // The bytes in an anonymous in-memory file, named by path().
 class memory_file {

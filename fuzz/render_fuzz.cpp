@@ -8,9 +8,9 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "driver/program.h"
 #include "fuzz_case.h"
 #include "scene_file/scene_reader.h"
 #include "shading/render_context.h"
@@ -69,12 +69,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     args.push_back("-band");
     args.push_back(text.substr(band_mark.size(), text.find('\n') - band_mark.size()));
   }
-  std::vector<char*> argv;
-  for (std::string& a : args) argv.push_back(a.data());
-  argv.push_back(nullptr);
-  try {
-    sciray::run_program(static_cast<int>(args.size()), argv.data());
-  } catch (const case_stopped&) {
-  }
+  run_program_case(std::move(args));
   return 0;
 }

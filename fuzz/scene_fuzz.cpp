@@ -2,10 +2,6 @@
 // it (bounding hierarchy, camera, sky, atmosphere) on arbitrary bytes. The
 // program is run on band 1 of 2147483647, a band that is empty for every
 // picture height: the run prepares everything and renders no row.
-#include <string>
-#include <vector>
-
-#include "driver/program.h"
 #include "fuzz_case.h"
 
 using namespace sciray::fuzz;
@@ -17,13 +13,6 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const memory_file scene(data, size);
-  std::vector<std::string> args = {"sciray", scene.path(), "/dev/null", "-band", "1/2147483647"};
-  std::vector<char*> argv;
-  for (std::string& a : args) argv.push_back(a.data());
-  argv.push_back(nullptr);
-  try {
-    sciray::run_program(static_cast<int>(args.size()), argv.data());
-  } catch (const case_stopped&) {
-  }
+  run_program_case({"sciray", scene.path(), "/dev/null", "-band", "1/2147483647"});
   return 0;
 }

@@ -157,12 +157,16 @@ void fractal_noise::update_normaliser() {
   normaliser = sum != 0.0 ? 1.0 / sum : 1.0;
 }
 
-double fractal_noise::value(const position& p) const {
+// The octave sum from `start`: each octave adds the noise at a point that
+// shrinks by `ratio` with a weight that shrinks alike. It stops at the
+// fixed point where an octave changes neither the sum, the point nor the
+// weight, after which further octaves could change nothing either.
+template <typename Sum, typename Noise>
+Sum fractal_noise::octave_sum(const position& p, Sum s, Noise&& noise) const {
   position q = p / scale;
   double a = amplitude * normaliser;
-  double s = offset;
   for (int i = 0; i < depth; ++i) {
-    const double next_s = s + a * lattice_->noise3(q);
+    const Sum next_s = s + a * noise(q);
     const position next_q = q / ratio;
     const double next_a = a * ratio;
     if (same_bits(next_s, s) && same_bits(next_q, q) && same_bits(next_a, a)) break;
@@ -173,20 +177,12 @@ double fractal_noise::value(const position& p) const {
   return s;
 }
 
+double fractal_noise::value(const position& p) const {
+  return octave_sum(p, offset, [this](const position& q) { return lattice_->noise3(q); });
+}
+
 vector fractal_noise::vector_value(const position& p) const {
-  position q = p / scale;
-  double a = amplitude * normaliser;
-  vector s{offset, offset, offset};
-  for (int i = 0; i < depth; ++i) {
-    const vector next_s = s + a * lattice_->vnoise3(q);
-    const position next_q = q / ratio;
-    const double next_a = a * ratio;
-    if (same_bits(next_s, s) && same_bits(next_q, q) && same_bits(next_a, a)) break;
-    s = next_s;
-    q = next_q;
-    a = next_a;
-  }
-  return s;
+  return octave_sum(p, vector{offset, offset, offset}, [this](const position& q) { return lattice_->vnoise3(q); });
 }
 
 }  // namespace sciray

@@ -57,6 +57,9 @@ class fractal_noise {
   double normaliser = 1.0;
 
  private:
+  template <typename Sum, typename Noise>
+  Sum octave_sum(const position& p, Sum start, Noise&& noise) const;
+
   std::shared_ptr<const noise_lattice> lattice_;
 };
 
