@@ -5,24 +5,26 @@
 
 namespace sciray {
 
+namespace {
+
+// Where band k ends: Bresenham's walk of k steps of height / count rows,
+// each step one row longer when the error term says so, counted in closed
+// form so that a huge band index costs no more than the first. The larger
+// steps among the first k number floor((2 r k + n) / (2 n)) for the
+// remainder r of height / n; the product stays below 2^63.
+std::int64_t band_end(std::int64_t height, std::int64_t n, std::int64_t k) {
+  const std::int64_t q = height / n, r = height - q * n;
+  const auto larger = static_cast<std::int64_t>(
+      (2 * static_cast<std::uint64_t>(r) * static_cast<std::uint64_t>(k) + static_cast<std::uint64_t>(n)) /
+      (2 * static_cast<std::uint64_t>(n)));
+  return q * k + larger;
+}
+
+}  // namespace
+
 band_rows split_band(int height, band_choice b) {
-  // 64-bit arithmetic: with many bands 2n and the error term leave the int range.
-  const std::int64_t h = height, n = b.count;
-  const std::int64_t q = h / n;
-  const std::int64_t step = 2 * h - 2 * q * n;
-  std::int64_t error = 2 * h - (2 * q + 1) * n;
-  std::int64_t start = 0, end = 0;
-  for (std::int64_t k = 1; k <= b.index; ++k) {
-    start = end;
-    if (error < 0) {
-      end += q;
-      error += step;
-    } else {
-      end += q + 1;
-      error += step - 2 * n;
-    }
-  }
-  return {static_cast<int>(start), static_cast<int>(end)};
+  if (b.index < 1) return {0, 0};
+  return {static_cast<int>(band_end(height, b.count, b.index - 1)), static_cast<int>(band_end(height, b.count, b.index))};
 }
 
 }  // namespace sciray
