@@ -15,6 +15,7 @@ adaptive_sampler::adaptive_sampler(const screen_window& window, double tolerance
 void adaptive_sampler::clear(sample_edge& edge, int r) const {
   edge.slots.assign(static_cast<std::size_t>(step_) * window_.columns + 1, sample_slot{});
   edge.finished.store(0, std::memory_order_relaxed);
+  edge.wanted.store(sample_edge::no_sleeper, std::memory_order_relaxed);
   edge.below.store(r, std::memory_order_release);
   edge.below.notify_all();
 }
@@ -44,9 +45,13 @@ void adaptive_sampler::sample_into(int j, int i, double x, double y) {
 
 void adaptive_sampler::begin_pixel(int c) {
   // The row below must have finished the pixel under this one.
-  for (int done = lower_->finished.load(std::memory_order_acquire); done <= c;
-       done = lower_->finished.load(std::memory_order_acquire))
-    lower_->finished.wait(done, std::memory_order_acquire);
+  if (lower_->finished.load(std::memory_order_acquire) <= c) {
+    lower_->wanted.store(c + 1, std::memory_order_seq_cst);
+    for (int done = lower_->finished.load(std::memory_order_seq_cst); done <= c;
+         done = lower_->finished.load(std::memory_order_acquire))
+      lower_->finished.wait(done, std::memory_order_acquire);
+    lower_->wanted.store(sample_edge::no_sleeper, std::memory_order_relaxed);
+  }
   // The left column of this pixel's inner slots is the right column of the
   // pixel before it; the rest start empty.
   for (int j = 0; j < step_ - 1; ++j) {

@@ -29,6 +29,10 @@ struct sample_edge {
   std::vector<sample_slot> slots;  // grid step x picture width + 1
   std::atomic<int> below{-2};      // the pixel row this edge is the upper edge of, once made ready for it
   std::atomic<int> finished{0};    // pixels of that row whose part of this edge is final
+  // The count of finished pixels the upper row sleeps for, if it sleeps:
+  // the lower row wakes it only then, since a wake-up is a system call.
+  std::atomic<int> wanted{no_sleeper};
+  static constexpr int no_sleeper = 1 << 30;
 };
 
 class adaptive_sampler {
@@ -87,8 +91,10 @@ void adaptive_sampler::render_row(int r, sample_edge& lower, sample_edge& upper,
     const double x0 = window_.edge_x(c), x1 = window_.edge_x(c + 1);
     sample_into(step_, (c + 1) * step_, x1, y1);  // the upper right corner
     pixel(c, sample_square(x0, y0, x1, y1, c * step_, 0, (c + 1) * step_, step_));
-    upper.finished.store(c + 1, std::memory_order_release);
-    upper.finished.notify_all();
+    // Sequentially consistent with begin_pixel: either the sleeper sees this
+    // pixel finished or this row sees the sleeper waiting for it.
+    upper.finished.store(c + 1, std::memory_order_seq_cst);
+    if (upper.wanted.load(std::memory_order_seq_cst) <= c + 1) upper.finished.notify_all();
   }
 }
 
