@@ -23,7 +23,6 @@ std::int64_t band_end(std::int64_t height, std::int64_t n, std::int64_t k) {
 }  // namespace
 
 band_rows split_band(int height, band_choice b) {
-  if (b.index < 1) return {0, 0};
   return {static_cast<int>(band_end(height, b.count, b.index - 1)), static_cast<int>(band_end(height, b.count, b.index))};
 }
 

@@ -15,7 +15,8 @@ struct band_rows {
 };
 
 // Splits `height` rows into `b.count` bands whose sizes differ by at most
-// one row, spreading the larger ones evenly (a Bresenham-style walk).
+// one row, spreading the larger ones evenly (a Bresenham-style walk), and
+// gives band `b.index` of them (1 <= index <= count).
 band_rows split_band(int height, band_choice b);
 
 }  // namespace sciray
