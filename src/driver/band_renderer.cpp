@@ -33,9 +33,6 @@ struct unit_output {
   std::uint32_t rays = 0, tests = 0;                // counted after it
 };
 
-// Size of the first (bottom or left) block, which takes the remainder.
-int first_block(int extent, int block) { return extent % block == 0 ? block : extent % block; }
-
 class band_render {
  public:
   band_render(const band_scene& band, int threads)

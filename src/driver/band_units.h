@@ -14,6 +14,10 @@ struct band_unit {
   int end_row;
 };
 
+// The size of the first (bottom or left) block of an extent cut into
+// `block`-sized blocks: it takes the remainder.
+inline int first_block(int extent, int block) { return extent % block == 0 ? block : extent % block; }
+
 // The band's pixel rows for `block` 1; otherwise the rows of `block` x
 // `block` blocks that reach into the band, aligned to the top of a picture
 // `height` rows high (the lowest block row takes the remainder).

@@ -18,22 +18,6 @@ std::vector<T> reordered(std::vector<T>& from, const std::vector<std::uint32_t>&
   return to;
 }
 
-// The box of three points as widening an empty box by each in turn makes
-// it: each end starts at the first point and moves only for a smaller
-// (larger) number.
-bounding_box box_of(const vector& p0, const vector& p1, const vector& p2) {
-  bounding_box b;
-  for (int a = 0; a < 3; ++a) {
-    double lo = p0[a], hi = p0[a];
-    for (const double v : {p1[a], p2[a]}) {
-      if (v < lo) lo = v;
-      if (v > hi) hi = v;
-    }
-    b.axis[a] = {0, lo, hi};
-  }
-  return b;
-}
-
 }  // namespace
 
 primitive_ref geometry_builder::next_ref(shape_kind kind, std::size_t count) const {
@@ -83,7 +67,7 @@ void geometry_builder::add_triangle(const position& p0, const position& p1, cons
 bounding_box geometry_builder::triangle_box(std::uint32_t t) const {
   const auto& corner = triangles_[t];
   const std::vector<vector>& at = points_.points();
-  return box_of(at[corner[0]], at[corner[1]], at[corner[2]]);
+  return bounding_box::corners(at[corner[0]], at[corner[1]], at[corner[2]]);
 }
 
 void geometry_builder::boxes(const std::uint32_t* objects, std::size_t count, solid_box* out) const {

@@ -28,9 +28,7 @@ triangle::triangle(const position& p0, const position& p1, const position& p2) {
   }
   if (!valid) shape.offset = std::numeric_limits<double>::quiet_NaN();
 
-  box.widen(p0);
-  box.widen(p1);
-  box.widen(p2);
+  box = bounding_box::corners(p0, p1, p2);
 }
 
 void fill_triangle_hit(const direction corner_normal[3], const double corner_value[3], double b1, double b2,

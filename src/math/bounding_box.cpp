@@ -1,6 +1,8 @@
 // bounding_box.cpp - widening boxes.
 #include "math/bounding_box.h"
 
+#include <initializer_list>
+
 namespace sciray {
 
 void interval::widen(double l, double h) {
@@ -37,8 +39,8 @@ interval cube_axis(double c, double half) {
 
 }  // namespace
 
-// Written out, as widen() would leave them: the box of every sphere and
-// cylinder is worked out again at every level of the hierarchy's build.
+// Written out, as widen() would leave them: the hierarchy's build asks for
+// every primitive's box again, and a large scene has millions.
 bounding_box bounding_box::cube(const position& p, double half) {
   return {{cube_axis(p.x, half), cube_axis(p.y, half), cube_axis(p.z, half)}};
 }
@@ -51,6 +53,21 @@ bounding_box bounding_box::cubes(const position& p, const position& q, double ha
     if (second.hi > box.axis[a].hi) box.axis[a].hi = second.hi;
   }
   return box;
+}
+
+// Each end starts at the first point and moves only for a smaller (larger)
+// number, as widening does.
+bounding_box bounding_box::corners(const position& p0, const position& p1, const position& p2) {
+  bounding_box b;
+  for (int a = 0; a < 3; ++a) {
+    double lo = p0[a], hi = p0[a];
+    for (const double v : {p1[a], p2[a]}) {
+      if (v < lo) lo = v;
+      if (v > hi) hi = v;
+    }
+    b.axis[a] = {0, lo, hi};
+  }
+  return b;
 }
 
 }  // namespace sciray

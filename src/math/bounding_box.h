@@ -31,6 +31,8 @@ struct bounding_box {
   // becomes; with a second cube around `q`, widened by that too.
   static bounding_box cube(const position& p, double half);
   static bounding_box cubes(const position& p, const position& q, double half);
+  // The box an empty box widened by p0, p1 and p2 in turn becomes.
+  static bounding_box corners(const position& p0, const position& p1, const position& p2);
   double centre(int a) const { return (axis[a].lo + axis[a].hi) * 0.5; }
   // The bounds of a box that holds something on every axis.
   solid_box solid() const {
