@@ -1,9 +1,11 @@
 // stable_key_sort.cpp - a least-significant-digit radix sort on the high
-// half of the keys' bits, then an insertion sort of the runs of equal high
-// halves by the whole key. Building the hierarchy of a large scene sorts
-// all its objects by their centres on each axis; a comparison sort made
-// that the slowest part of loading, and keys rarely share their high 32
-// bits but for being equal.
+// half of the keys' bits, then a sort of each run of equal high halves by
+// the whole key. Building the hierarchy of a large scene sorts all its
+// objects by their centres on each axis; a comparison sort made that the
+// slowest part of loading. Keys rarely share their high 32 bits but for
+// being equal, and the short runs take an insertion sort; a scene far from
+// the origin and small beside that distance (geographic coordinates, say)
+// puts many different keys in one run, which takes a merge sort.
 #include "math/stable_key_sort.h"
 
 #include <algorithm>
@@ -18,6 +20,15 @@ namespace {
 
 // Short lists: insertion sort, stable by construction.
 constexpr std::size_t short_list = 48;
+
+void insertion_sort(std::span<keyed_item> items) {
+  for (std::size_t i = 1; i < items.size(); ++i) {
+    const keyed_item moving = items[i];
+    std::size_t j = i;
+    for (; j > 0 && moving.key < items[j - 1].key; --j) items[j] = items[j - 1];
+    items[j] = moving;
+  }
+}
 
 // The key's bits as an unsigned number in the key's order: -0 is made +0,
 // negative keys have all bits flipped, positive ones the sign bit set.
@@ -36,12 +47,7 @@ void stable_sort_by_key(std::span<keyed_item> items, std::vector<keyed_item>& sc
     return;
   }
   if (n <= short_list) {
-    for (std::size_t i = 1; i < n; ++i) {
-      const keyed_item moving = items[i];
-      std::size_t j = i;
-      for (; j > 0 && moving.key < items[j - 1].key; --j) items[j] = items[j - 1];
-      items[j] = moving;
-    }
+    insertion_sort(items);
     return;
   }
 
@@ -65,13 +71,15 @@ void stable_sort_by_key(std::span<keyed_item> items, std::vector<keyed_item>& sc
   }
   if (from != items.data()) std::copy(from, from + n, items.data());
   // Runs of equal high halves, in the order they came, by the whole key.
-  for (std::size_t i = 1; i < n; ++i) {
-    const keyed_item moving = items[i];
-    const std::uint64_t high = ordered_bits(moving.key) >> 32;
-    std::size_t j = i;
-    for (; j > 0 && moving.key < items[j - 1].key && ordered_bits(items[j - 1].key) >> 32 == high; --j)
-      items[j] = items[j - 1];
-    items[j] = moving;
+  for (std::size_t start = 0, end = 0; start < n; start = end) {
+    const std::uint64_t high = ordered_bits(items[start].key) >> 32;
+    for (end = start + 1; end < n && ordered_bits(items[end].key) >> 32 == high; ++end) {
+    }
+    const std::span<keyed_item> run = items.subspan(start, end - start);
+    if (run.size() <= short_list)
+      insertion_sort(run);
+    else
+      std::stable_sort(run.begin(), run.end(), by_key);
   }
 }
 
