@@ -10,8 +10,6 @@
 namespace sciray {
 namespace {
 
-#ifdef SCIRAY_PNG_BINARY
-
 using namespace testing;
 
 // The whole 6 rows high picture that the band files are cut from.
@@ -105,12 +103,6 @@ TEST(sciray_png, large_picture_from_a_small_file) {
   EXPECT_EQ(format, "PNG 2000 2000");
   EXPECT_EQ(samples, testing::samples(std::size_t{3} * side * side, 7));
 }
-
-#else
-
-TEST(sciray_png, not_built) { GTEST_SKIP() << "sciray-png is built only where libpng is found"; }
-
-#endif
 
 }  // namespace
 }  // namespace sciray
