@@ -1,0 +1,2 @@
+def from_mesh(mesh, **options):
+    raise NotImplementedError
