@@ -110,10 +110,20 @@ class Scene:
     def load(cls, path: str | os.PathLike) -> "Scene":
         """A scene holding the text of a scene file, to render or to grow.
         Materials added to it form a new colour map for the geometry after them."""
-        scene = cls()
         with open(path, "rb") as f:
-            text = f.read()
-        scene._parts.append(text if text.endswith(b"\n") or not text else text + b"\n")
+            return cls._of_text(f.read())
+
+    @classmethod
+    def from_text(cls, text: str) -> "Scene":
+        """A scene holding the given scene text, to render or to grow."""
+        return cls._of_text(text.encode("utf-8", "surrogateescape"))
+
+    @classmethod
+    def _of_text(cls, text: bytes) -> "Scene":
+        scene = cls()
+        if text:
+            # Whatever is added after it starts on a line of its own.
+            scene._parts.append(text if text.endswith(b"\n") else text + b"\n")
         scene._loaded = True
         return scene
 

@@ -2,5 +2,5 @@
 after which the program ends with status 1."""
 
 
-class conversion_error(Exception):
+class conversion_error(ValueError):
     """A mesh or an option the importer cannot turn into a scene."""

@@ -73,6 +73,51 @@ def _build():
     return parser
 
 
+def _range(value):
+    low, high = (_finite(repr(float(v))) for v in value)
+    return [low, high]
+
+
+def _pixels(value):
+    return _size(value if isinstance(value, str) else "%dx%d" % tuple(value))
+
+
+def _one_of(choices):
+    def check(value):
+        if value not in choices:
+            raise argparse.ArgumentTypeError("not one of %s: %r" % (", ".join(choices), value))
+        return value
+    return check
+
+
+# The options of a library call and how each is checked, as on the command line.
+_KEYWORDS = {"scalar": str, "range": _range, "bands": lambda v: _count(2, 256)(str(v)),
+             "colormap": _one_of(colour_maps.NAMES), "style": _one_of(("continuous", "bands", "lines")),
+             "contour_lines": lambda v: _count(0, 1000)(str(v)), "view": _one_of(tuple(framing.VIEWS)),
+             "size": _pixels, "floor": bool}
+
+
+def from_keywords(**given):
+    """The options of a library call (the command line's, with _ for -:
+    range=(LO, HI), size=(W, H)), checked as the command line checks them."""
+    chosen = _build().parse_args(["MESH", "OUT.ren"])
+    for name, value in given.items():
+        if name not in _KEYWORDS:
+            raise conversion_error("unknown option %r; the options are %s" % (name, ", ".join(_KEYWORDS)))
+        try:
+            setattr(chosen, name, None if value is None and name in ("scalar", "range", "contour_lines")
+                    else _KEYWORDS[name](value))
+        except (argparse.ArgumentTypeError, TypeError, ValueError) as failure:
+            raise conversion_error("%s: %s" % (name, failure)) from None
+    return _checked(chosen)
+
+
+def _checked(options):
+    if options.range is not None and not options.range[0] < options.range[1]:
+        raise conversion_error("--range needs LO below HI, not %g %g" % tuple(options.range))
+    return options
+
+
 def parse(argv):
     """The options, checked; raises conversion_error on anything not accepted."""
     # "--view -x" would read -x as an option: join such a value to its option.
@@ -82,7 +127,4 @@ def parse(argv):
             joined[-1] = "--view=" + arg
         else:
             joined.append(arg)
-    options = _build().parse_args(joined)
-    if options.range is not None and not options.range[0] < options.range[1]:
-        raise conversion_error("--range needs LO below HI, not %g %g" % tuple(options.range))
-    return options
+    return _checked(_build().parse_args(joined))

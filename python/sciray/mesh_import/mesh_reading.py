@@ -43,7 +43,9 @@ class drawable_parts:
 
 
 def read_mesh(path):
-    """The mesh in the file; any failure to read it is one conversion error."""
+    """The mesh in the file; any failure to read it is one conversion error.
+    A file meshio cannot read (a legacy VTK POLYDATA file, say) is read with
+    PyVista when it is installed."""
     if not os.path.exists(path):
         raise conversion_error("cannot read %s: no such file" % path)
     if not os.path.isfile(path):
@@ -55,7 +57,21 @@ def read_mesh(path):
         with contextlib.redirect_stdout(chatter), contextlib.redirect_stderr(chatter):
             return meshio.read(path)
     except (Exception, SystemExit) as failure:
-        raise conversion_error("cannot read %s: %s" % (path, _reason(failure, chatter.getvalue()))) from None
+        reason = _reason(failure, chatter.getvalue())
+    try:
+        import pyvista
+    except ImportError:
+        raise conversion_error("cannot read %s: %s" % (path, reason)) from None
+    try:
+        return from_pyvista(pyvista.read(path))
+    except Exception:
+        raise conversion_error("cannot read %s: %s" % (path, reason)) from None
+
+
+def from_pyvista(dataset):
+    """A PyVista or VTK dataset as a meshio mesh."""
+    import pyvista
+    return pyvista.to_meshio(pyvista.wrap(dataset).cast_to_unstructured_grid())
 
 
 def _reason(failure, printed):

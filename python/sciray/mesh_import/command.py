@@ -1,5 +1,6 @@
 """command.py - the run of sciray-import: read the mesh, choose the field,
 make the surface and its contour lines, frame it, and write the scene."""
+import io
 import os
 import sys
 import tempfile
@@ -34,15 +35,14 @@ def _one_line(text):
 class _plan:
     """Everything the scene shows, worked out before a line is written."""
 
-    def __init__(self, chosen):
-        self.chosen = chosen
-        mesh = mesh_reading.read_mesh(chosen.mesh)
+    def __init__(self, chosen, mesh, name):
+        self.chosen, self.name = chosen, name
         self.parts = mesh_reading.drawable(mesh)
         left_out = ", ".join("%d of type %s" % (count, kind) for kind, count in self.parts.skipped.items())
         used = self.parts.used_points()
         if len(used) == 0:
             raise conversion_error("%s has no cells that can be drawn (surface, line, vertex or volume cells)%s"
-                                   % (chosen.mesh, "; it has " + left_out if left_out else ""))
+                                   % (name, "; it has " + left_out if left_out else ""))
         if left_out:
             print("sciray-import: left out cells that cannot be drawn: %s" % left_out, file=sys.stderr)
         self.points = _points(mesh, used)
@@ -88,7 +88,7 @@ def _head(plan, out):
     indices of the plain surface, the dark lines and the floor."""
     chosen, view = plan.chosen, plan.view
     out.write("# sciray scene made by sciray-import from %s\n# %s\n"
-              % (_one_line(os.path.basename(chosen.mesh)), _one_line(plan.summary())))
+              % (_one_line(os.path.basename(plan.name)), _one_line(plan.summary())))
     out.write(scene_text.render_block(chosen.size[0], chosen.size[1], _LINE_RADIUS * view.size,
                                       _SYMBOL_RADIUS * view.size))
     out.write(scene_text.viewing_block(view) + scene_text.lighting_block(view))
@@ -165,12 +165,21 @@ def _write_file(plan, path):
             os.unlink(partial)
 
 
+def scene_for(mesh, chosen, name):
+    """The scene's text and its one-line summary, for a meshio mesh named
+    `name` and the options `chosen` (see options.py); raises conversion_error."""
+    plan = _plan(chosen, mesh, name)
+    out = io.StringIO()
+    _write(plan, out)
+    return out.getvalue(), plan.summary()
+
+
 def main(argv):
     try:
         chosen = options.parse(argv)
         if os.path.exists(chosen.out) and os.path.exists(chosen.mesh) and os.path.samefile(chosen.out, chosen.mesh):
             raise conversion_error("the scene %s would overwrite the mesh" % chosen.out)
-        plan = _plan(chosen)
+        plan = _plan(chosen, mesh_reading.read_mesh(chosen.mesh), chosen.mesh)
         _write_file(plan, chosen.out)
     except conversion_error as failure:
         print("sciray-import: %s" % failure, file=sys.stderr)
@@ -183,3 +192,8 @@ def main(argv):
         return 1
     print("sciray-import: wrote %s: %s" % (chosen.out, plan.summary()))
     return 0
+
+
+def entry():
+    """The program: sciray-import's command line; exits with its status."""
+    sys.exit(main(sys.argv[1:]))

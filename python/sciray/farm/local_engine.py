@@ -4,7 +4,7 @@ import os
 import subprocess
 from concurrent.futures import ThreadPoolExecutor, as_completed
 
-import band_script
+from . import band_script
 
 
 def run_band(task, options):

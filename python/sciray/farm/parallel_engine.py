@@ -10,9 +10,9 @@ import shlex
 import subprocess
 import tempfile
 
-import band_script
-from band_files import farm_error
-from report import say
+from . import band_script
+from .band_files import farm_error
+from .report import say
 
 
 def check_hosts(path):

@@ -4,14 +4,9 @@
 import os
 import sys
 
-import command_line
-import join
-import local_engine
-import parallel_engine
-import report
-import slurm_engine
-from band_files import band_tasks, clear, farm_error, is_whole, read_scenes
-from report import say
+from . import command_line, join, local_engine, parallel_engine, report, slurm_engine
+from .band_files import band_tasks, clear, farm_error, is_whole, read_scenes
+from .report import say
 
 
 def prepare(tasks, options):
@@ -99,7 +94,8 @@ def run(argv):
     return 1 if failed or problems else 0
 
 
-def main():
+def entry():
+    """The program: sciray-farm's command line; exits with its status."""
     try:
         sys.exit(run(sys.argv[1:]))
     except farm_error as e:
@@ -108,6 +104,3 @@ def main():
     except KeyboardInterrupt:
         say('interrupted')
         sys.exit(130)
-
-
-main()

@@ -9,8 +9,8 @@ import subprocess
 import sys
 import time
 
-import band_script
-from band_files import farm_error
+from . import band_script
+from .band_files import farm_error
 
 # Job states after which a job does not run again.
 ENDED = {'COMPLETED', 'FAILED', 'CANCELLED', 'TIMEOUT', 'NODE_FAIL', 'PREEMPTED', 'BOOT_FAIL', 'DEADLINE',

@@ -5,7 +5,7 @@ import os
 import shutil
 import sys
 
-from band_files import farm_error
+from .band_files import farm_error
 
 USAGE = '''sciray-farm [--engine local|parallel|slurm] [--bands N] [--threads T] [--out DIR]
                    [--hosts FILE] [--slurm-option OPT ...] [--movie FILE.mp4 --fps F]

@@ -5,8 +5,8 @@ import os
 import sys
 import time
 
-from band_files import is_whole
-from band_script import logged_error, logged_result
+from .band_files import is_whole
+from .band_script import logged_error, logged_result
 
 
 def say(message):
