@@ -1,4 +1,4 @@
-"""sciray_import_colours_test.py - pictures of imported meshes checked where
+"""test_import_colours.py - pictures of imported meshes checked where
 their colours are known: the lowest values show the first band's colour and
 the highest the last band's, bands step and continuous colours blend, every
 view shows the mesh the right way round, contour lines lie on their levels
@@ -127,6 +127,3 @@ class colours_test(unittest.TestCase):
         entries = support.colour_entries(scene)
         np.testing.assert_array_equal(picture[58, 40], entries[max(entries)])
 
-
-if __name__ == "__main__":
-    unittest.main()

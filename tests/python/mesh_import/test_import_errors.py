@@ -1,8 +1,9 @@
-"""sciray_import_errors_test.py - every way an import can fail: the mesh
+"""test_import_errors.py - every way an import can fail: the mesh
 cannot be read, the field does not exist or holds NaN, nothing can be drawn,
 an option is wrong, the scene cannot be written. Each must give one line on
 standard error that says what is wrong, status 1, and no scene (an older one
 stays as it was)."""
+import importlib.util
 import os
 import unittest
 
@@ -64,8 +65,9 @@ class errors_test(unittest.TestCase):
                  (self.text_file("garbage.vtu", "not xml at all\n"), "cannot read"),
                  (self.text_file("garbage.ply", "\x00\x01 binary noise"), "cannot read"),
                  (self.text_file("mesh.unknown", "0 0 0\n"), "cannot read"),
-                 (self.text_file("surface.vtk", LEGACY_POLYDATA), "POLYDATA"),
                  (self.folder, "not a file")]
+        if importlib.util.find_spec("pyvista") is None:  # with it, such files are read
+            cases.append((self.text_file("surface.vtk", LEGACY_POLYDATA), "POLYDATA"))
         for mesh, words in cases:
             with self.subTest(mesh):
                 self.assert_fails([self.path(mesh), self.scene], os.path.basename(mesh), words)
@@ -108,6 +110,3 @@ class errors_test(unittest.TestCase):
         self.assertEqual(result.returncode, 1)
         self.assertRegex(result.stderr, r"\Asciray-import: cannot write [^\n]*out\.ren: [^\n]+\n\Z")
 
-
-if __name__ == "__main__":
-    unittest.main()

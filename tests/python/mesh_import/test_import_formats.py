@@ -1,4 +1,4 @@
-"""sciray_import_formats_test.py - meshes written by meshio in several formats
+"""test_import_formats.py - meshes written by meshio in several formats
 imported and rendered: the objects drawn match the cells, fields reach the
 points as they should, normals face outwards, polygons and volumes are cut
 into the right triangles, volume and higher-order cells are drawn by their
@@ -178,6 +178,3 @@ class formats_test(unittest.TestCase):
                 ell_area += area
         self.assertAlmostEqual(ell_area, 3.0, places=6)
 
-
-if __name__ == "__main__":
-    unittest.main()

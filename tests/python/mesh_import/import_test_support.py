@@ -1,18 +1,18 @@
 """import_test_support.py - what the tests of sciray-import share: running the
-importer and the renderer, reading pictures and scene records, and small
-meshes built with numpy."""
+importer (the environment's sciray-import) and rendering in this process,
+reading scene records, and small meshes built with numpy."""
 import os
 import re
 import shutil
 import subprocess
+import sysconfig
 import tempfile
 
 import numpy as np
-from PIL import Image
 
-SCIRAY = os.environ["SCIRAY"]
-SCIRAY_PNG = os.environ["SCIRAY_PNG"]
-SCIRAY_IMPORT = os.environ["SCIRAY_IMPORT"]
+import sciray
+
+SCIRAY_IMPORT = os.path.join(sysconfig.get_path("scripts"), "sciray-import")
 
 
 def scratch_dir(test):
@@ -45,16 +45,10 @@ def imported(test, mesh_file, *args):
 def render(test, scene_text, folder, name="picture"):
     """Renders the scene; returns its object count and its picture as a
     (height, width, 3) array, top row first."""
-    scene, rgb, png = (os.path.join(folder, name + ext) for ext in (".ren", ".rgb", ".png"))
-    with open(scene, "w") as f:
+    with open(os.path.join(folder, name + ".ren"), "w") as f:
         f.write(scene_text)
-    result = run(SCIRAY, scene, rgb)
-    test.assertEqual(result.returncode, 0, result.stderr)
-    count = re.match(r"Number of objects : (\d+)\n\n", result.stdout)
-    test.assertIsNotNone(count, result.stdout[:200])
-    converted = run(SCIRAY_PNG, png, rgb)
-    test.assertEqual(converted.returncode, 0, converted.stderr)
-    return int(count.group(1)), np.asarray(Image.open(png).convert("RGB")).astype(int)
+    picture = sciray.render(sciray.Scene.from_text(scene_text))
+    return picture.objects, picture.pixels.astype(int)
 
 
 def small(scene_text, width=64, height=48):
