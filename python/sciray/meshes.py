@@ -6,6 +6,14 @@ import os
 from .scene import Scene
 
 
+def _is_vtk(mesh) -> bool:
+    try:
+        from vtkmodules.vtkCommonDataModel import vtkDataObject
+    except ImportError:
+        return False
+    return isinstance(mesh, vtkDataObject)
+
+
 def from_mesh(mesh, **options) -> Scene:
     """A Scene showing a mesh with data on it, as ``sciray-import`` writes it.
 
@@ -32,12 +40,11 @@ def from_mesh(mesh, **options) -> Scene:
         mesh = mesh_reading.read_mesh(name)
     elif hasattr(mesh, "points") and hasattr(mesh, "cells") and hasattr(mesh, "point_data"):
         name = "a meshio mesh"
-    else:
+    elif _is_vtk(mesh):
         name = "a %s dataset" % type(mesh).__name__
-        try:
-            mesh = mesh_reading.from_pyvista(mesh)
-        except ImportError:
-            raise TypeError("from_mesh takes a path, a meshio.Mesh or (with pyvista installed) a PyVista or "
-                            "VTK dataset, not %s" % type(mesh).__name__) from None
+        mesh = mesh_reading.from_pyvista(mesh)
+    else:
+        raise TypeError("from_mesh takes a path, a meshio.Mesh or (with pyvista installed) a PyVista or "
+                        "VTK dataset, not %s" % type(mesh).__name__)
     text, _ = command.scene_for(mesh, chosen, name)
     return Scene.from_text(text)
