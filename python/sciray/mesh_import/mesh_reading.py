@@ -6,6 +6,7 @@ import dataclasses
 import io
 import os
 import re
+import warnings
 
 import meshio
 import numpy as np
@@ -44,8 +45,8 @@ class drawable_parts:
 
 def read_mesh(path):
     """The mesh in the file; any failure to read it is one conversion error.
-    A file meshio cannot read (a legacy VTK POLYDATA file, say) is read with
-    PyVista when it is installed."""
+    A legacy VTK file that meshio cannot read (of type POLYDATA, say) is
+    read with VTK's own reader when PyVista is installed."""
     if not os.path.exists(path):
         raise conversion_error("cannot read %s: no such file" % path)
     if not os.path.isfile(path):
@@ -58,14 +59,30 @@ def read_mesh(path):
             return meshio.read(path)
     except (Exception, SystemExit) as failure:
         reason = _reason(failure, chatter.getvalue())
+    mesh = _legacy_vtk(path) if path.lower().endswith(".vtk") else None
+    if mesh is None or not len(mesh.cells):
+        raise conversion_error("cannot read %s: %s" % (path, reason))
+    return mesh
+
+
+def _legacy_vtk(path):
+    """The mesh in a legacy VTK file read by VTK (through PyVista), quietly;
+    None without PyVista or when VTK cannot read it either."""
     try:
         import pyvista
+        from vtkmodules.vtkCommonCore import vtkObject
     except ImportError:
-        raise conversion_error("cannot read %s: %s" % (path, reason)) from None
+        return None
+    shown = vtkObject.GetGlobalWarningDisplay()
+    vtkObject.GlobalWarningDisplayOff()
     try:
-        return from_pyvista(pyvista.read(path))
+        with warnings.catch_warnings():
+            warnings.simplefilter("ignore")
+            return from_pyvista(pyvista.read(path))
     except Exception:
-        raise conversion_error("cannot read %s: %s" % (path, reason)) from None
+        return None
+    finally:
+        vtkObject.SetGlobalWarningDisplay(shown)
 
 
 def from_pyvista(dataset):
