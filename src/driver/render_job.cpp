@@ -2,6 +2,8 @@
 // preparation and the band renderer, in the order a run takes them.
 #include "driver/render_job.h"
 
+#include <malloc.h>
+
 #include <string>
 
 #include "driver/band_renderer.h"
@@ -43,6 +45,12 @@ void prepare_world(world& w, const render_settings& r, const camera_basis& basis
 }  // namespace
 
 void render_scene(scene_file_ptr scene_file, const render_request& request, render_output& out) {
+  // Large blocks are mapped and unmapped one by one, so the hierarchy
+  // build's scratch space, freed before the scene is laid out for tracing,
+  // does not stay resident (the C library would otherwise raise this
+  // threshold after such a free and keep later blocks in its heap). In a
+  // Python session this holds from the first render on.
+  mallopt(M_MMAP_THRESHOLD, 256 * 1024);
   render_context context;
   world scene;
   scene_settings settings;
