@@ -43,6 +43,8 @@ def render(scene: str | os.PathLike | Scene, *, threads: int | None = None,
     count = 0 if threads is None else _count("threads", threads)
     if threads is not None and count < 1:
         raise ValueError("threads must be at least 1, not %d" % count)
+    if band is not None and len(band) != 2:
+        raise ValueError("band must be (i, n), not %r" % (band,))
     index, bands = (1, 1) if band is None else (_count("band", b) for b in band)
     if not 1 <= index <= bands:
         raise ValueError("band must be (i, n) with 1 <= i <= n, not %r" % (band,))
