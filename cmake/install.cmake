@@ -1,15 +1,9 @@
 # install.cmake - installing the programs, the manual pages, and the
 # documentation with the examples (share/doc/sciray); and the Debian package.
 install(TARGETS sciray sciray-png RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(PROGRAMS ${CMAKE_BINARY_DIR}/sciray-farm DESTINATION ${CMAKE_INSTALL_BINDIR})
-# sciray-import lives beside its modules in lib/sciray, with a link in bin.
-install(PROGRAMS tools/sciray_import.py DESTINATION lib/sciray RENAME sciray-import)
-install(DIRECTORY tools/mesh_import DESTINATION lib/sciray PATTERN __pycache__ EXCLUDE)
-install(CODE "file(MAKE_DIRECTORY \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR})
-  file(CREATE_LINK ../lib/sciray/sciray-import
-       \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/sciray-import SYMBOLIC)")
+install(PROGRAMS ${CMAKE_BINARY_DIR}/sciray-farm ${CMAKE_BINARY_DIR}/sciray-import DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES ${SCIRAY_MAN_PAGES} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES README.md docs/scene-format.md docs/gallery.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES README.md docs/scene-format.md docs/gallery.md docs/python.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs/scene-format docs/gallery DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
 

@@ -4,7 +4,6 @@
 // the PNG is started, and the PNG is written under a temporary name that is
 // renamed only on success, so a failure never leaves a partial picture (a
 // device or a pipe as the output is written directly).
-#include <png.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,6 +14,7 @@
 #include <vector>
 
 #include "band_join.h"
+#include "image/png_write.h"
 #include "support/fatal_error.h"
 
 namespace {
@@ -22,10 +22,6 @@ namespace {
 std::string output_name;  // the PNG asked for
 
 [[noreturn]] void fail(const std::string& reason) { sciray::fatal("sciray-png: " + output_name + ": " + reason); }
-
-void png_failure(png_structp, png_const_charp message) { fail(message); }
-
-void png_warning_ignored(png_structp, png_const_charp) {}
 
 // True when `name` exists and is not a regular file: a device or a pipe
 // (/dev/stdout, say), which is written directly and never replaced.
@@ -35,7 +31,7 @@ bool is_special(const std::string& name) {
 }
 
 // Writes the joined bands, top row first, to output_name.
-void write_png(sciray::band_join& bands) {
+void write_joined(sciray::band_join& bands) {
   // PNG counts rows in 31 bits.
   if (bands.height() > 0x7fffffffu) fail(std::to_string(bands.height()) + " rows are more than a PNG can hold");
   const bool special = is_special(output_name);
@@ -44,18 +40,9 @@ void write_png(sciray::band_join& bands) {
   if (!file) fail(std::string("can't create ") + temporary + ": " + std::strerror(errno));
   if (!special) sciray::remove_on_fatal(temporary);
 
-  png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, png_failure, png_warning_ignored);
-  png_infop info = png ? png_create_info_struct(png) : nullptr;
-  if (!info) fail("out of memory");
-  png_init_io(png, file);
-  png_set_user_limits(png, 0x7fffffff, 0x7fffffff);
-  png_set_IHDR(png, info, bands.width(), static_cast<png_uint_32>(bands.height()), 8, PNG_COLOR_TYPE_RGB,
-               PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-  png_write_info(png, info);
-  for (std::uint64_t y = 0; y < bands.height(); ++y) png_write_row(png, bands.next_row());
-  png_write_end(png, nullptr);
-  png_destroy_write_struct(&png, &info);
-
+  const std::string error = sciray::write_png(file, bands.width(), static_cast<std::uint32_t>(bands.height()),
+                                             [&bands](std::uint32_t) { return bands.next_row(); });
+  if (!error.empty()) fail(error);
   if (std::fclose(file) != 0) fail(std::string("error on write: ") + std::strerror(errno));
   if (special) return;
   if (std::rename(temporary.c_str(), output_name.c_str()) != 0) {
@@ -73,6 +60,6 @@ int main(int argc, char** argv) {
   }
   sciray::band_join bands(std::vector<std::string>(argv + 2, argv + argc));
   output_name = argv[1];
-  write_png(bands);
+  write_joined(bands);
   return 0;
 }

@@ -1,7 +1,7 @@
 // band_renderer.cpp - threads take the band's units in order; each unit is
-// rendered into a slot of a small ring, and the calling thread writes the
-// slots out in order, each after its progress line with the counts of
-// everything before it.
+// rendered into a slot of a small ring, and the calling thread hands the
+// slots over in order, each after its progress line with the counts of
+// everything before it. A stop request ends the band between units.
 #include "driver/band_renderer.h"
 
 #include <algorithm>
@@ -24,6 +24,9 @@ namespace sciray {
 namespace {
 
 enum class row_mode { plain, antialiased, blocks };
+
+// States of a unit: waiting, rendered, or given up because of a stop.
+enum : int { unit_waiting, unit_done, unit_abandoned };
 
 // One unit's picture row and what it counted, waiting to be written.
 struct unit_output {
@@ -54,6 +57,7 @@ class band_render {
 
   int threads() const { return threads_; }
   bool counting() const { return counting_; }
+  bool stopping() const { return band_.stop && band_.stop->load(std::memory_order_relaxed); }
 
   // The counting pass: the draws each unit makes on the random stream.
   void count_draws() {
@@ -61,7 +65,7 @@ class band_render {
     context.counting_draws = true;
     const pixel_source source{band_.cam, band_.scene, context};
     sample_row scratch(band_.window.columns);
-    for (std::size_t k = next_++; k < units_.size(); k = next_++) {
+    for (std::size_t k = next_++; k < units_.size() && !stopping(); k = next_++) {
       context.draws = 0;
       sample(k, source, nullptr, scratch);
       draws_[k] = context.draws;
@@ -85,6 +89,12 @@ class band_render {
     adaptive_sampler sampler(band_.window, band_.settings.antialias_tol, band_.settings.antialias_depth);
     for (std::size_t k = next_++; k < units_.size(); k = next_++) {
       wait_for_slot(k);
+      if (stopping()) {
+        // The writer stops at this unit; units after it are never waited for.
+        done_[k].store(unit_abandoned, std::memory_order_release);
+        done_[k].notify_one();
+        return;
+      }
       unit_output& out = slots_[k % ring_];
       if (counting_) {
         context.random = band_.start;
@@ -98,28 +108,34 @@ class band_render {
       sample(k, source, &sampler, out.row);
       out.rays = context.ray_count - out.rays_before;
       out.tests = context.test_count - out.tests_before;
-      done_[k].store(1, std::memory_order_release);
+      done_[k].store(unit_done, std::memory_order_release);
       done_[k].notify_one();
     }
   }
 
-  // Writes the units in order, each after its progress line.
-  void write(image_file* image) {
-    row_writer writer(image, band_.window.columns, band_.window.rows, band_.rows.start);
+  // Hands the units over in order, each after its progress line, up to the
+  // first one given up.
+  void write(band_output& output) {
+    output.start(band_.window.columns, band_.rows.end - band_.rows.start);
+    row_writer writer(output, band_.window.columns, band_.window.rows, band_.rows.start);
     progress_reporter progress(band_.objects);
     std::uint32_t rays = 0, tests = 0;
     for (std::size_t k = 0; k < units_.size(); ++k) {
-      done_[k].wait(0, std::memory_order_acquire);
+      done_[k].wait(unit_waiting, std::memory_order_acquire);
+      if (done_[k].load(std::memory_order_acquire) == unit_abandoned) break;
       const unit_output& out = slots_[k % ring_];
       rays += out.rays_before;
       tests += out.tests_before;
-      progress.report(units_[k].line_row, rays, tests);
+      output.progress(progress.next_line(units_[k].line_row, rays, tests));
       for (int y = units_[k].first_row; y < units_[k].end_row; ++y) writer.write(y, out.row);
       rays += out.rays;
       tests += out.tests;
       written_.store(k + 1, std::memory_order_release);
       written_.notify_all();
     }
+    // After a stop, threads waiting for a free slot go on to see it.
+    written_.store(units_.size(), std::memory_order_release);
+    written_.notify_all();
   }
 
  private:
@@ -165,21 +181,22 @@ class band_render {
   std::atomic<std::size_t> next_{0};  // the next unit a thread takes
   std::vector<std::uint64_t> draws_;  // the counting pass's draws, then each unit's start in the stream
   std::vector<unit_output> slots_;
-  std::vector<std::atomic<int>> done_;     // 1 once unit k is rendered
+  std::vector<std::atomic<int>> done_;     // the state of each unit
   std::atomic<std::size_t> written_{0};  // units written so far
   std::vector<sample_edge> edges_;
 };
 
 }  // namespace
 
-bool render_band(const band_scene& band, int threads, std::size_t stack_bytes, const std::function<image_file*()>& open) {
+bool render_band(const band_scene& band, int threads, std::size_t stack_bytes, band_output& out) {
   band_render r(band, threads);
   if (r.counting()) {
     r.prepare_counting();
     if (!run_threads(r.threads(), stack_bytes, [&r](int) { r.count_draws(); }, [] {})) return false;
+    if (r.stopping()) return true;
     r.finish_counting();
   }
-  return run_threads(r.threads(), stack_bytes, [&r](int) { r.render(); }, [&r, &open] { r.write(open()); });
+  return run_threads(r.threads(), stack_bytes, [&r](int) { r.render(); }, [&r, &out] { r.write(out); });
 }
 
 }  // namespace sciray

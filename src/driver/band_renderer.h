@@ -1,6 +1,6 @@
-// band_renderer.h - renders a band's rows on several threads and writes
-// them, each after its progress line, in row order: the picture and the
-// output are the same at every thread count.
+// band_renderer.h - renders a band's rows on several threads and hands
+// them over, each after its progress line, in row order: the picture and
+// the output are the same at every thread count.
 //
 // Rows are independent but for two things. The adaptive sampler shares the
 // samples on the edge between two rows, so a row follows the row below it
@@ -12,10 +12,11 @@
 // drawn, and the rows are rendered one after another.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
-#include <functional>
 
 #include "driver/band.h"
+#include "driver/band_output.h"
 #include "driver/camera.h"
 #include "driver/screen_window.h"
 #include "math/rand_stream.h"
@@ -24,7 +25,6 @@
 namespace sciray {
 
 class world;
-struct image_file;
 
 struct band_scene {
   const camera& cam;
@@ -34,11 +34,14 @@ struct band_scene {
   const render_settings& settings;
   std::size_t objects;  // for the progress lines
   rand_stream start;    // the random stream as reading left it
+  // When set, the threads stop between rows; the output has then had the
+  // rows before the stop (or nothing, when no row was done).
+  const std::atomic<bool>* stop = nullptr;
 };
 
-// Renders and writes the band with up to `threads` threads, each with a
-// stack of `stack_bytes`; `open` creates the picture file once the threads
-// exist. False, with no file made, when the threads cannot be made.
-bool render_band(const band_scene& band, int threads, std::size_t stack_bytes, const std::function<image_file*()>& open);
+// Renders the band with up to `threads` threads, each with a stack of
+// `stack_bytes`, and hands its lines and rows to `out` on the calling
+// thread. False, with nothing handed over, when the threads cannot be made.
+bool render_band(const band_scene& band, int threads, std::size_t stack_bytes, band_output& out);
 
 }  // namespace sciray

@@ -1,39 +1,21 @@
-// program.cpp - one run: arguments, scene, preparation, band, rows, file.
+// program.cpp - one run: arguments, scene file, the render, the picture file.
 #include "driver/program.h"
 
 #include <cstdio>
 #include <filesystem>
-#include <memory>
 #include <string>
+#include <utility>
 
-#include "driver/band.h"
-#include "driver/band_renderer.h"
-#include "driver/camera.h"
 #include "driver/command_line.h"
-#include "driver/render_threads.h"
-#include "environment/sky.h"
+#include "driver/render_job.h"
 #include "image/image.h"
-#include "scene_file/scene_reader.h"
-#include "scene_file/scene_settings.h"
-#include "shading/recursion_bound.h"
-#include "shading/render_context.h"
-#include "shading/world.h"
 #include "support/fatal_error.h"
 
 namespace sciray {
 
 namespace {
 
-// Leaf size of the bounding hierarchy.
-constexpr int leaf_size = 8;
-
 [[noreturn]] void fail(const char* program, const std::string& message) { fatal(program + message); }
-
-// The scene file, closed again however reading ends.
-struct file_closer {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using scene_file_ptr = std::unique_ptr<std::FILE, file_closer>;
 
 scene_file_ptr open_scene(const char* program, const char* name) {
   std::error_code error;
@@ -42,23 +24,29 @@ scene_file_ptr open_scene(const char* program, const char* name) {
   return scene_file_ptr(file);
 }
 
-sky_settings sky_from(const render_settings& r) {
-  return {r.zenith,           r.horizon,          r.ground,      r.cloud_inner,     r.cloud_outer,
-          r.cloud_inner_frac, r.cloud_outer_frac, r.cloud_scale, r.cloud_sharpness, r.cloud_offset,
-          r.cloud_depth};
-}
+// Standard output and the picture file, made only once the rows are coming.
+class picture_file : public render_output {
+ public:
+  explicit picture_file(const char* name) : name_(name) {}
+  void scene_read(std::size_t objects) override { std::printf("Number of objects : %zu\n\n", objects); }
+  void start(int width, int rows) override {
+    image_ = iopen(name_, "w", 257, 3, static_cast<unsigned>(width), static_cast<unsigned>(rows), 3);
+  }
+  void progress(const std::string& line) override {
+    std::fputs(line.c_str(), stdout);
+    std::fflush(stdout);
+  }
+  void put_row(int row, int channel, const std::uint16_t* samples) override {
+    putrow(image_, samples, static_cast<unsigned>(row), static_cast<unsigned>(channel));
+  }
+  void close() {
+    if (image_) iclose(image_);
+  }
 
-// Copies the tracing options into the world and sets up the sky and the atmosphere.
-void prepare_world(world& w, const render_settings& r, const camera_basis& basis, render_context& context) {
-  w.depth_max = r.depth;
-  w.shadows = r.shadows;
-  w.highlights = r.highlights;
-  // The sky's up is a direction made from the accepted up vector as the
-  // viewing block stored it, before any roll.
-  w.sky = make_sky(sky_from(r), normalise(basis.up_accepted), context.noise, context.random);
-  w.atmosphere.index_by_channel = {r.atmosphere_ior, r.atmosphere_ior, r.atmosphere_ior};
-  w.atmosphere.set_atmosphere(r.atmosphere, r.atmosphere_len);
-}
+ private:
+  const char* name_;
+  image_file* image_ = nullptr;
+};
 
 }  // namespace
 
@@ -72,38 +60,13 @@ int run_program(int argc, char** argv) {
   if (!parse_run_options(argc, argv, options)) fail(program, ": -threads needs a positive number");
   scene_file_ptr scene_file = open_scene(program, argv[1]);
 
-  render_context context;
-  world scene;
-  scene_settings settings;
-  read_scene_file(scene_file.get(), scene, settings, context);
-  scene_file.reset();
-
-  const std::size_t objects = scene.object_count();
-  std::printf("Number of objects : %zu\n\n", objects);
-
-  context.ray_count = 0;
-  context.test_count = 0;
-  scene.build_hierarchy(leaf_size);
-  const render_settings& r = settings.render;
-  const camera_basis basis = make_camera_basis(settings.view, program);
-  const std::unique_ptr<camera> cam = make_camera(basis, settings.view.perspective);
-  prepare_world(scene, r, basis, context);
-
-  const band_rows rows = split_band(r.height, options.band);
-  if (rows.empty()) return 0;
-  const screen_window window = make_screen_window(settings.view.view_width, settings.view.view_height, r.width, r.height);
-
-  const recursion_depth depth = recursion_bound(scene);
-  const band_scene band{*cam, scene, window, rows, r, objects, context.random};
-  const int threads = options.threads > 0 ? options.threads : usable_processors();
-  image_file* image = nullptr;
-  const bool rendered = render_band(band, threads, render_stack_bytes(depth), [&] {
-    image = iopen(argv[2], "w", 257, 3, static_cast<unsigned>(r.width), static_cast<unsigned>(rows.end - rows.start), 3);
-    return image;
-  });
-  // Tracing this scene nests deeper than a thread's stack can be made.
-  if (!rendered) fail(program, ": depth " + std::to_string(r.depth) + " needs more stack than this machine gives");
-  iclose(image);
+  render_request request;
+  request.band = options.band;
+  request.threads = options.threads;
+  request.program = program;
+  picture_file picture(argv[2]);
+  render_scene(std::move(scene_file), request, picture);
+  picture.close();
   return 0;
 }
 

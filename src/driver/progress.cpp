@@ -29,9 +29,4 @@ std::string progress_reporter::next_line(int row, std::uint32_t ray_count, std::
   return line;
 }
 
-void progress_reporter::report(int row, std::uint32_t rays, std::uint32_t tests) {
-  std::fputs(next_line(row, rays, tests).c_str(), stdout);
-  std::fflush(stdout);
-}
-
 }  // namespace sciray

@@ -16,8 +16,6 @@ class progress_reporter {
   // The line for `row` (with its line end) from the rays and tests counted
   // so far, advancing the remembered counts.
   std::string next_line(int row, std::uint32_t rays, std::uint32_t tests);
-  // Prints next_line on standard output and flushes it.
-  void report(int row, std::uint32_t rays, std::uint32_t tests);
 
  private:
   double objects_;

@@ -1,6 +1,6 @@
 // render_threads.cpp - thread start-up. std::thread takes its stack size
 // from the process's default thread attributes, so a scene that recurses
-// deeply raises that default before its threads are made.
+// deeply raises that default while its threads are made.
 #include "driver/render_threads.h"
 
 #include <pthread.h>
@@ -27,21 +27,38 @@ constexpr std::size_t per_level = 2048;
 #endif
 constexpr std::size_t base_stack = std::size_t{8} << 20;
 
-// Makes `bytes` the default stack of threads made from now on, if it is
-// more than the default already; false if the system refuses.
-bool raise_default_stack(std::size_t bytes) {
-  pthread_attr_t attributes;
-  if (pthread_getattr_default_np(&attributes) != 0) return false;
-  std::size_t current = 0;
-  bool ok = pthread_attr_getstacksize(&attributes, &current) == 0;
-  if (ok && bytes > current) {
-    const std::size_t page = 4096;
-    ok = pthread_attr_setstacksize(&attributes, (bytes + page - 1) / page * page) == 0 &&
-         pthread_setattr_default_np(&attributes) == 0;
+// Makes `bytes` the default stack of threads made while it lives, if it is
+// more than the default already, and puts the old default back after: a
+// process that renders (a Python session, say) keeps its own default.
+class raised_default_stack {
+ public:
+  explicit raised_default_stack(std::size_t bytes) {
+    pthread_attr_t attributes;
+    if (pthread_getattr_default_np(&attributes) != 0) return;
+    ok_ = pthread_attr_getstacksize(&attributes, &old_) == 0;
+    if (ok_ && bytes > old_) {
+      const std::size_t page = 4096;
+      ok_ = pthread_attr_setstacksize(&attributes, (bytes + page - 1) / page * page) == 0 &&
+            pthread_setattr_default_np(&attributes) == 0;
+      raised_ = ok_;
+    }
+    pthread_attr_destroy(&attributes);
   }
-  pthread_attr_destroy(&attributes);
-  return ok;
-}
+  ~raised_default_stack() {
+    pthread_attr_t attributes;
+    if (!raised_ || pthread_getattr_default_np(&attributes) != 0) return;
+    if (pthread_attr_setstacksize(&attributes, old_) == 0) pthread_setattr_default_np(&attributes);
+    pthread_attr_destroy(&attributes);
+  }
+  raised_default_stack(const raised_default_stack&) = delete;
+  raised_default_stack& operator=(const raised_default_stack&) = delete;
+  // False if the system refuses.
+  bool ok() const { return ok_; }
+
+ private:
+  std::size_t old_ = 0;
+  bool ok_ = false, raised_ = false;
+};
 
 // Saturating a * b + c.
 std::size_t grow(std::uint64_t a, std::size_t b, std::size_t c) {
@@ -65,11 +82,12 @@ std::size_t render_stack_bytes(const recursion_depth& depth) {
 
 bool run_threads(int count, std::size_t stack_bytes, const std::function<void(int)>& work,
                  const std::function<void()>& lead) {
-  if (!raise_default_stack(stack_bytes)) return false;
   enum : int { waiting, going, giving_up };
   std::atomic<int> gate{waiting};
   std::vector<std::thread> threads;
   try {
+    const raised_default_stack stack(stack_bytes);
+    if (!stack.ok()) return false;
     for (int i = 0; i < count; ++i) {
       threads.emplace_back([&gate, &work, i] {
         gate.wait(waiting);

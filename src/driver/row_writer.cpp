@@ -1,9 +1,7 @@
-// row_writer.cpp - colour conversion, the corner mark, and putrow.
+// row_writer.cpp - colour conversion and the corner mark.
 #include "driver/row_writer.h"
 
 #include <algorithm>
-
-#include "image/image.h"
 
 namespace sciray {
 
@@ -13,8 +11,8 @@ std::uint16_t to_sample(double v) {
   return static_cast<std::uint16_t>(v * 255.0);
 }
 
-row_writer::row_writer(image_file* image, int width, int height, int band_start)
-    : image_(image),
+row_writer::row_writer(band_output& out, int width, int height, int band_start)
+    : out_(out),
       width_(width),
       band_start_(band_start),
       mark_(make_corner_mark(width)),
@@ -34,7 +32,7 @@ void row_writer::write(int row, const sample_row& samples) {
       std::copy_n(mark_.row(row - mark_top_), mark_.width, marked_.begin() + (width_ - mark_.width - mark_.margin));
       out = marked_.data();
     }
-    putrow(image_, out, static_cast<unsigned>(row - band_start_), static_cast<unsigned>(ch));
+    out_.put_row(row - band_start_, ch, out);
   }
 }
 

@@ -1,16 +1,15 @@
-// row_writer.h - converts colours to 8-bit samples and writes finished rows,
-// channel by channel, into the picture file, stamping the corner mark.
+// row_writer.h - converts colours to 8-bit samples and hands finished rows,
+// channel by channel, to the band's output, stamping the corner mark.
 #pragma once
 
 #include <cstdint>
 #include <vector>
 
+#include "driver/band_output.h"
 #include "driver/corner_mark.h"
 #include "math/vector.h"
 
 namespace sciray {
-
-struct image_file;
 
 // Clamp to 0..1, times 255, truncated; not-a-number gives 0.
 std::uint16_t to_sample(double v);
@@ -30,12 +29,12 @@ class sample_row {
 
 class row_writer {
  public:
-  row_writer(image_file* image, int width, int height, int band_start);
-  // Writes `samples` as picture row `row` (a full-picture row index).
+  row_writer(band_output& out, int width, int height, int band_start);
+  // Hands `samples` over as picture row `row` (a full-picture row index).
   void write(int row, const sample_row& samples);
 
  private:
-  image_file* image_;
+  band_output& out_;
   int width_, band_start_;
   corner_mark mark_;
   int mark_top_;                       // lowest picture row the mark covers

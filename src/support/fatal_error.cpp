@@ -15,15 +15,15 @@ namespace sciray {
 namespace {
 
 fatal_handler handler = nullptr;
-std::mutex outputs_lock;
-std::vector<std::string> unfinished_outputs;
+// Each thread's own: an error on one thread (a failed render in a Python
+// session, say) leaves the files other threads are writing alone.
+thread_local std::vector<std::string> unfinished_outputs;
 
 // The first error ends the run: a second thread that fails meanwhile waits
 // here until the process is gone.
 std::mutex exit_lock;
 
 void remove_unfinished_outputs() {
-  const std::lock_guard<std::mutex> hold(outputs_lock);
   for (const std::string& path : unfinished_outputs) std::remove(path.c_str());
   unfinished_outputs.clear();
 }
@@ -35,12 +35,10 @@ void set_fatal_handler(fatal_handler h) { handler = h; }
 void remove_on_fatal(const std::string& path) {
   struct stat info;
   if (::stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return;
-  const std::lock_guard<std::mutex> hold(outputs_lock);
   unfinished_outputs.push_back(path);
 }
 
 void keep_on_fatal(const std::string& path) {
-  const std::lock_guard<std::mutex> hold(outputs_lock);
   const auto at = std::find(unfinished_outputs.begin(), unfinished_outputs.end(), path);
   if (at != unfinished_outputs.end()) unfinished_outputs.erase(at);
 }

@@ -17,8 +17,9 @@ using fatal_handler = void (*)(const std::string& line);
 void set_fatal_handler(fatal_handler handler);
 
 // An output file that is being written and would be unreadable if the run
-// stopped now: fatal() removes it until keep_on_fatal is called for it.
-// Only regular files are listed (a device such as /dev/full is left alone).
+// stopped now: fatal() on the same thread removes it until keep_on_fatal is
+// called for it. Only regular files are listed (a device such as /dev/full
+// is left alone).
 void remove_on_fatal(const std::string& path);
 void keep_on_fatal(const std::string& path);
 

@@ -1,0 +1,156 @@
+"""mesh_reading.py - reads a mesh with meshio and sorts its cells into what a
+scene can draw: faces (triangles, quadrilaterals and polygons, and the outer
+faces of volume cells), line segments and single points."""
+import contextlib
+import dataclasses
+import io
+import os
+import re
+import warnings
+
+import meshio
+import numpy as np
+
+from .failure import conversion_error
+
+# Corners of each kind of cell; higher-order cells (triangle6, hexahedron27,
+# the Lagrange cells, ...) list their corners first and are drawn by them.
+_CORNERS = {"vertex": 1, "line": 2, "triangle": 3, "quad": 4,
+            "tetra": 4, "hexahedron": 8, "wedge": 6, "pyramid": 5}
+_LAGRANGE = {"CURVE": "line", "TRIANGLE": "triangle", "QUADRILATERAL": "quad", "TETRAHEDRON": "tetra",
+             "HEXAHEDRON": "hexahedron", "WEDGE": "wedge", "PYRAMID": "pyramid"}
+
+# The faces of the volume cells, corners in meshio's (VTK's) node order,
+# each turned to face out of its cell.
+_VOLUME_FACES = {
+    "tetra": [(0, 2, 1), (0, 1, 3), (1, 2, 3), (2, 0, 3)],
+    "hexahedron": [(0, 3, 2, 1), (4, 5, 6, 7), (0, 1, 5, 4), (1, 2, 6, 5), (2, 3, 7, 6), (3, 0, 4, 7)],
+    "wedge": [(0, 1, 2), (3, 5, 4), (0, 3, 4, 1), (1, 4, 5, 2), (2, 5, 3, 0)],
+    "pyramid": [(0, 3, 2, 1), (0, 1, 4), (1, 2, 4), (2, 3, 4), (3, 0, 4)],
+}
+
+
+@dataclasses.dataclass
+class drawable_parts:
+    """The cells of a mesh as the scene draws them, as indices into its points."""
+    faces: dict        # corner count -> faces, one row of point indices each
+    segments: np.ndarray  # line segments, two point indices each
+    singles: np.ndarray   # points drawn as symbols
+    skipped: dict      # cell type -> number of cells that cannot be drawn
+
+    def used_points(self):
+        rows = [f.ravel() for f in self.faces.values()] + [self.segments.ravel(), self.singles]
+        return np.unique(np.concatenate(rows))
+
+
+def read_mesh(path):
+    """The mesh in the file; any failure to read it is one conversion error.
+    A legacy VTK file that meshio cannot read (of type POLYDATA, say) is
+    read with VTK's own reader when PyVista is installed."""
+    if not os.path.exists(path):
+        raise conversion_error("cannot read %s: no such file" % path)
+    if not os.path.isfile(path):
+        raise conversion_error("cannot read %s: not a file" % path)
+    chatter = io.StringIO()
+    try:
+        # meshio prints what went wrong, and ends the program itself when no
+        # reader takes the file; both are caught and said in one line.
+        with contextlib.redirect_stdout(chatter), contextlib.redirect_stderr(chatter):
+            return meshio.read(path)
+    except (Exception, SystemExit) as failure:
+        reason = _reason(failure, chatter.getvalue())
+    mesh = _legacy_vtk(path) if path.lower().endswith(".vtk") else None
+    if mesh is None or not len(mesh.cells):
+        raise conversion_error("cannot read %s: %s" % (path, reason))
+    return mesh
+
+
+def _legacy_vtk(path):
+    """The mesh in a legacy VTK file read by VTK (through PyVista), quietly;
+    None without PyVista or when VTK cannot read it either."""
+    try:
+        import pyvista
+        from vtkmodules.vtkCommonCore import vtkObject
+    except ImportError:
+        return None
+    shown = vtkObject.GetGlobalWarningDisplay()
+    vtkObject.GlobalWarningDisplayOff()
+    try:
+        with warnings.catch_warnings():
+            warnings.simplefilter("ignore")
+            return from_pyvista(pyvista.read(path))
+    except Exception:
+        return None
+    finally:
+        vtkObject.SetGlobalWarningDisplay(shown)
+
+
+def from_pyvista(dataset):
+    """A PyVista or VTK dataset as a meshio mesh."""
+    import pyvista
+    return pyvista.to_meshio(pyvista.wrap(dataset).cast_to_unstructured_grid())
+
+
+def _reason(failure, printed):
+    if not isinstance(failure, SystemExit) and str(failure):
+        return str(failure).strip().splitlines()[0]
+    lines = [line.strip() for line in printed.splitlines() if line.strip()]
+    told = [line for line in lines if not line.startswith(("Error:", "Warning:"))]
+    return told[0] if told else "not a mesh file that can be read"
+
+
+def _base_kind(kind):
+    """'hexahedron27' and 'VTK_LAGRANGE_HEXAHEDRON' -> 'hexahedron'; 'polygon'
+    and unknown kinds unchanged."""
+    lagrange = re.fullmatch(r"VTK_LAGRANGE_([A-Z]+)", kind)
+    if lagrange:
+        return _LAGRANGE.get(lagrange.group(1), kind)
+    match = re.fullmatch(r"([a-z]+?)(\d*)", kind)
+    return match.group(1) if match and match.group(1) in _CORNERS else kind
+
+
+def _unique_rows(rows, keep_single=False):
+    """Row positions of faces with distinct corner sets: the first of each set,
+    or (keep_single) only the faces whose set occurs once."""
+    if len(rows) == 0:
+        return np.zeros(0, dtype=int)
+    keys = np.ascontiguousarray(np.sort(rows, axis=1))
+    _, first, counts = np.unique(keys, axis=0, return_index=True, return_counts=True)
+    return np.sort(first[counts == 1] if keep_single else first)
+
+
+def _grouped(faces):
+    """Faces by corner count, each group an (n, k) array."""
+    groups = {}
+    for face in faces:
+        groups.setdefault(face.shape[1], []).append(face)
+    return {k: np.concatenate(g) for k, g in sorted(groups.items())}
+
+
+def drawable(mesh):
+    """Sorts the mesh's cells. Volume cells give the faces that no other
+    volume cell shares, their outer surface; a face given twice is drawn once."""
+    faces, volume_faces, segments, singles, skipped = [], [], [], [], {}
+    for block in mesh.cells:
+        data = np.asarray(block.data, dtype=np.int64)
+        if data.size and (data.min() < 0 or data.max() >= len(mesh.points)):
+            raise conversion_error("the mesh has cells that name points it does not have")
+        kind = _base_kind(block.type)
+        if kind in ("triangle", "quad") or (kind == "polygon" and data.shape[1] >= 3):
+            faces.append(data[:, :_CORNERS.get(kind, data.shape[1])])
+        elif kind == "line":
+            segments.append(data[:, :2])
+        elif kind == "vertex":
+            singles.append(data[:, 0])
+        elif kind in _VOLUME_FACES:
+            volume_faces += [data[:, list(corners)] for corners in _VOLUME_FACES[kind]]
+        else:
+            skipped[block.type] = skipped.get(block.type, 0) + len(data)
+    for k, group in _grouped(volume_faces).items():
+        faces.append(group[_unique_rows(group, keep_single=True)])
+    grouped = {k: group[_unique_rows(group)] for k, group in _grouped(faces).items()}
+    return drawable_parts(
+        faces={k: g for k, g in grouped.items() if len(g)},
+        segments=np.concatenate(segments) if segments else np.zeros((0, 2), dtype=np.int64),
+        singles=np.concatenate(singles) if singles else np.zeros(0, dtype=np.int64),
+        skipped=skipped)

@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Installs the Python package from this tree into a virtual environment
+# (build/venv, made with the system's Python if missing, or made anew with
+# --fresh) with what its tests use, and runs its tests with pytest.
+#
+#   scripts/python-test.sh [--fresh] [PYTEST_ARGS...]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+venv=build/venv
+if [ "${1:-}" = --fresh ]; then
+  rm -rf "$venv" build/wheel
+  shift
+fi
+[ -x "$venv/bin/python" ] || /usr/bin/python3 -m venv "$venv"
+export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}
+"$venv/bin/python" -m pip install -q --upgrade pip
+# build/wheel keeps the extension's build between runs.
+"$venv/bin/python" -m pip install -q -C build-dir=build/wheel ".[mesh]" pyvista pytest nbclient nbformat ipykernel
+"$venv/bin/python" -m pytest -p no:cacheprovider "$@" tests/python
