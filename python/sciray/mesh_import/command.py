@@ -3,10 +3,10 @@ make the surface and its contour lines, frame it, and write the scene."""
 import io
 import os
 import sys
-import tempfile
 
 import numpy as np
 
+from .._program_outputs import run, same_file
 from . import banding, field_choice, framing, iso_lines, mesh_reading, options, scene_text, surface
 from .failure import conversion_error
 
@@ -145,23 +145,17 @@ def _write(plan, out):
 
 def _write_file(plan, path):
     """Writes the scene beside its final name and moves it there when
-    complete, so that a failed run leaves no half-written scene."""
-    folder = os.path.dirname(os.path.abspath(path))
+    complete, so that a failed or interrupted run leaves no half-written
+    scene."""
+    partial = "%s.%d.tmp" % (path, os.getpid())
     try:
-        handle, partial = tempfile.mkstemp(prefix=".sciray-import-", suffix=".ren", dir=folder)
-    except OSError as failure:
-        raise conversion_error("cannot write %s: %s" % (path, failure.strerror)) from None
-    try:
-        with os.fdopen(handle, "w") as out:
+        with open(partial, "x") as out:
             _write(plan, out)
-        mask = os.umask(0)
-        os.umask(mask)
-        os.chmod(partial, 0o666 & ~mask)  # as a file simply created would be
         os.replace(partial, path)
     except OSError as failure:
         raise conversion_error("cannot write %s: %s" % (path, failure.strerror)) from None
     finally:
-        if os.path.exists(partial):
+        if os.path.lexists(partial):
             os.unlink(partial)
 
 
@@ -177,8 +171,9 @@ def scene_for(mesh, chosen, name):
 def main(argv):
     try:
         chosen = options.parse(argv)
-        if os.path.exists(chosen.out) and os.path.exists(chosen.mesh) and os.path.samefile(chosen.out, chosen.mesh):
-            raise conversion_error("the scene %s would overwrite the mesh" % chosen.out)
+        refusal = same_file([chosen.out], [chosen.mesh])
+        if refusal:
+            raise conversion_error(refusal)
         plan = _plan(chosen, mesh_reading.read_mesh(chosen.mesh), chosen.mesh)
         _write_file(plan, chosen.out)
     except conversion_error as failure:
@@ -195,5 +190,6 @@ def main(argv):
 
 
 def entry():
-    """The program: sciray-import's command line; exits with its status."""
-    sys.exit(main(sys.argv[1:]))
+    """The program: sciray-import's command line; exits with its status, or
+    by the signal that stopped it."""
+    run(lambda: main(sys.argv[1:]))

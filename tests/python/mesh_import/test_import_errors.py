@@ -103,7 +103,6 @@ class errors_test(unittest.TestCase):
             with self.subTest(args):
                 self.assert_fails([self.good, self.scene] + args, word)
         self.assert_fails([self.good], "required")
-        self.assert_fails([self.good, self.good], "overwrite")
 
     def test_scene_that_cannot_be_written(self):
         result = support.run_import(self.good, self.path("no/such/folder/out.ren"))

@@ -1,0 +1,92 @@
+"""What sciray's Python programs (sciray-import, sciray-farm) share about
+their outputs: an output that is one of the inputs is refused before
+anything is written, and a signal (INT, TERM, HUP, XCPU) ends the program
+through the clean-up of what it had begun writing, with the status that
+signal gives.
+
+A caught signal becomes the exception `interrupted`, raised in the main
+thread wherever it is, so that the ``finally`` blocks that remove a partial
+file run as they do for any failure. It is not an Exception: no handler of
+errors takes it for one. Only the standard library is used here: the farm
+runs on nodes without numpy."""
+from __future__ import annotations
+
+import os
+import signal
+import sys
+from typing import Callable, Iterable, NoReturn
+
+SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGXCPU)
+
+
+class interrupted(BaseException):
+    """A signal that ends the program, raised where the main thread was."""
+
+    def __init__(self, number: int) -> None:
+        super().__init__(signal.Signals(number).name)
+        self.number = number
+
+
+def same_file(outputs: Iterable[str], inputs: Iterable[str]) -> str | None:
+    """The refusal of the first output that is the same file as an input
+    (by name, symbolic link or hard link: the same device and inode), or
+    None. Paths are named as given.
+
+    >>> same_file(["scene.ren"], ["scene.ren"])       # doctest: +SKIP
+    'output file scene.ren is the same file as input scene.ren'
+    """
+    known = {}
+    for path in inputs:
+        try:
+            info = os.stat(path)
+        except OSError:
+            continue
+        known.setdefault((info.st_dev, info.st_ino), path)
+    for path in outputs:
+        try:
+            info = os.stat(path)
+        except OSError:
+            continue
+        source = known.get((info.st_dev, info.st_ino))
+        if source is not None:
+            return "output file %s is the same file as input %s" % (path, source)
+    return None
+
+
+def _raise(number: int, frame) -> None:
+    # The first signal ends the program; later ones wait for its clean-up.
+    for each in SIGNALS:
+        signal.signal(each, signal.SIG_IGN)
+    raise interrupted(number)
+
+
+def _end_by(number: int) -> NoReturn:
+    """Ends the process as the signal would have ended it."""
+    for stream in (sys.stdout, sys.stderr):
+        try:
+            stream.flush()
+        except (OSError, ValueError):
+            pass
+    signal.signal(number, signal.SIG_DFL)
+    signal.pthread_sigmask(signal.SIG_UNBLOCK, [number])
+    os.kill(os.getpid(), number)
+    os._exit(128 + number)  # not reached: the signal has ended the process
+
+
+def run(main: Callable[[], int], on_signal: Callable[[int], None] | None = None) -> NoReturn:
+    """Runs main() with the signals caught and exits with its status. After
+    a signal (once main's clean-up has run), on_signal(number) is called and
+    the program ends by that signal. A signal that was ignored when the
+    program started (under nohup, say) stays ignored."""
+    caught = [n for n in SIGNALS if signal.getsignal(n) != signal.SIG_IGN]
+    try:
+        for number in caught:
+            signal.signal(number, _raise)
+        status = main()
+        for number in caught:  # the work is done: a signal now simply ends it
+            signal.signal(number, signal.SIG_DFL)
+    except interrupted as stop:
+        if on_signal is not None:
+            on_signal(stop.number)
+        _end_by(stop.number)
+    sys.exit(status)
