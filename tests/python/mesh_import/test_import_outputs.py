@@ -11,7 +11,6 @@ import time
 import unittest
 
 import meshio
-import numpy as np
 
 import import_test_support as support
 
