@@ -52,6 +52,8 @@ def _number(keyword: str, value, kind: str) -> str:
             if number is None:
                 raise TypeError
             return str(number)
+        if np.iscomplexobj(value):  # float() would drop the imaginary part
+            raise TypeError
         number = float(value)
     except (TypeError, ValueError, OverflowError):
         raise ValueError("%s must be a%s %s, not %r" % (keyword, "n" if kind == _INT else "", kind, value)) from None

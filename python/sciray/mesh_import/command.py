@@ -18,7 +18,10 @@ _SYMBOL_RADIUS = 0.02
 def _points(mesh, used):
     """The points in three dimensions (a flat mesh lies at z = 0), checked
     where they are used."""
-    points = np.asarray(mesh.points, dtype=float)
+    try:
+        points = np.asarray(mesh.points, dtype=float)
+    except (TypeError, ValueError, OverflowError):
+        raise conversion_error("the mesh's points are not numbers") from None
     if points.ndim != 2 or not 1 <= points.shape[1] <= 3:
         raise conversion_error("the mesh's points are not in one, two or three dimensions")
     points = np.pad(points, ((0, 0), (0, 3 - points.shape[1])))
