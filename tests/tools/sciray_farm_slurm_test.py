@@ -91,7 +91,7 @@ class slurm_engine(engine_checks, unittest.TestCase):
         farm.send_signal(signal.SIGINT)
         _, err = farm.communicate(timeout=60)
         self.assertEqual(farm.returncode, -signal.SIGINT, err)
-        self.assertTrue(err.endswith(f'sciray-farm: stopped by SIGINT; Slurm jobs {array} and {join} go on '
+        self.assertTrue(err.endswith(f'sciray-farm: stopped by SIGINT; Slurm jobs go on: {array} {join} '
                                      f'(scancel {array} {join} stops them)\n'), err)
         self.assert_picture_comes(os.path.join(out, 'still.png'), scene)
 

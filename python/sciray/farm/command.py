@@ -116,10 +116,9 @@ def run(argv):
 def stopped(number):
     """After a signal: every child stopped, and a line saying so."""
     children.stop_all()
-    jobs = slurm_engine.submitted
-    going_on = f'; Slurm job{"s" if len(jobs) > 1 else ""} {" and ".join(jobs)} go{"" if len(jobs) > 1 else "es"} on ' \
-               f'(scancel {" ".join(jobs)} stops {"them" if len(jobs) > 1 else "it"})'
-    say(f'stopped by {signal.Signals(number).name}' + (going_on if jobs else ''))
+    jobs = ' '.join(slurm_engine.submitted)
+    say(f'stopped by {signal.Signals(number).name}' + (f'; Slurm jobs go on: {jobs} (scancel {jobs} stops them)'
+                                                       if jobs else ''))
 
 
 def main(argv):

@@ -32,7 +32,7 @@ def run(tasks, options, progress):
         for done in as_completed(running):
             progress.band_finished(running[done], done.result())
     except BaseException:
-        # Interrupted: the bands running are stopped, none waiting is started.
+        # Interrupted (or failed): the bands running are stopped, none waiting is started.
         pool.shutdown(wait=False, cancel_futures=True)
         children.stop_all()
         raise
