@@ -7,10 +7,10 @@
 #
 # scene, render and picture are libFuzzer targets in C++ (clang, with
 # AddressSanitizer and UndefinedBehaviorSanitizer, built in build-fuzz/);
-# import and scene_builder are atheris targets in Python, run with the package in
-# build/venv (scripts/python-test.sh makes it, with atheris). A target
-# starts from its seeds (fuzz/corpus/TARGET, its regression cases, and the
-# examples for the scene targets) and keeps what it finds in
+# import and scene_builder are atheris targets in Python, run with the
+# package in build/venv (scripts/python-test.sh makes it, with atheris).
+# A target starts from its seeds (fuzz/corpus/TARGET, its regression cases,
+# and the examples for the scene targets) and keeps what it finds in
 # build-fuzz/corpus/TARGET for the next run. Each run ends with a line
 # "TARGET: N executions in S s". Any finding (crash, sanitizer report,
 # uncaught Python exception, leak, timeout, running out of memory) stops
@@ -23,7 +23,7 @@ targets=(scene render picture import scene_builder)
 target=${1:-}
 seconds=${2:-}
 if [ -z "$target" ] || ! [[ "$seconds" =~ ^[0-9]+$ ]]; then
-  sed -n '2,19p' "$0" >&2
+  sed -n '2,18p' "$0" >&2
   exit 2
 fi
 [ "$target" = all ] || targets=("$target")
