@@ -11,10 +11,12 @@ errors takes it for one. Only the standard library is used here: the farm
 runs on nodes without numpy."""
 from __future__ import annotations
 
+import contextlib
 import os
 import signal
 import sys
-from typing import Callable, Iterable, NoReturn
+import threading
+from typing import Callable, Iterable, Iterator, NoReturn
 
 SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGXCPU)
 
@@ -53,11 +55,35 @@ def same_file(outputs: Iterable[str], inputs: Iterable[str]) -> str | None:
     return None
 
 
+_held = 0  # the depth of signals_held() in the main thread
+_pending: int | None = None  # a signal that came while they were held
+
+
 def _raise(number: int, frame) -> None:
+    global _pending
     # The first signal ends the program; later ones wait for its clean-up.
     for each in SIGNALS:
         signal.signal(each, signal.SIG_IGN)
-    raise interrupted(number)
+    if _held:
+        _pending = number
+    else:
+        raise interrupted(number)
+
+
+@contextlib.contextmanager
+def signals_held() -> Iterator[None]:
+    """A step the signal must not cut in two (a process started and noted
+    as started): a signal that comes during it is raised at its end. Only
+    the main thread, where signals are raised, holds them."""
+    global _held
+    main = threading.current_thread() is threading.main_thread()
+    _held += main
+    try:
+        yield
+    finally:
+        _held -= main
+        if not _held and _pending is not None and main:
+            raise interrupted(_pending)
 
 
 def _end_by(number: int) -> NoReturn:

@@ -59,9 +59,9 @@ exec sleep 60
     def stop(self, farm, number, pids):
         farm.send_signal(number)
         farm.wait(timeout=TIMEOUT)
-        self.assertEqual([pid for pid in pids if running(pid)], [])
         self.errors.seek(0)
         err = self.errors.read()
+        self.assertEqual([pid for pid in pids if running(pid)], [], err)
         self.assertEqual(farm.returncode, -number, err)
         self.assertTrue(err.endswith(f'sciray-farm: stopped by {number.name}\n'), err)
 

@@ -9,6 +9,7 @@ import subprocess
 import threading
 import time
 
+from .._program_outputs import interrupted, signals_held
 from .band_files import farm_error
 
 GRACE = 5.0  # seconds a child has to end when asked before it is killed
@@ -21,7 +22,8 @@ _stopping = False
 def start(command, stop_with=signal.SIGTERM, **keywords):
     """A Popen of the command in a new session, known until it is waited
     for; stop_with is the signal that asks it to stop."""
-    with _lock:
+    # The child may be under way before Popen returns: a signal waits until it is noted.
+    with signals_held(), _lock:
         if _stopping:
             raise farm_error('stopping: no process is started')
         process = subprocess.Popen(command, start_new_session=True, **keywords)
@@ -36,13 +38,13 @@ def forget(process):
 
 
 def run(command, **keywords):
-    """subprocess.run for a child that is stopped (not left running) when
-    the wait for it is interrupted."""
-    process = start(command, **keywords)
+    """subprocess.run for a child that is stopped, with every other, when a
+    signal interrupts the farm while it starts or waits for it."""
     try:
+        process = start(command, **keywords)
         out, err = process.communicate()
-    except BaseException:
-        stop([process])
+    except interrupted:
+        stop_all()  # before whatever the child was writing is removed
         raise
     forget(process)
     return subprocess.CompletedProcess(command, process.returncode, out, err)
@@ -63,9 +65,9 @@ def _running_groups():
         try:
             with open(os.path.join(entry.path, 'stat')) as f:
                 stat = f.read()
-        except OSError:
+            state, _, group = stat[stat.rindex(')') + 2:].split()[:3]
+        except (OSError, ValueError):
             continue  # not a process, or one that has just gone
-        state, _, group = stat[stat.rindex(')') + 2:].split()[:3]
         if state != 'Z':
             groups.add(int(group))
     return groups
