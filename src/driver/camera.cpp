@@ -2,7 +2,7 @@
 #include "driver/camera.h"
 
 #include <cmath>
-#include <sstream>
+#include <string>
 
 #include "shading/ray_state.h"
 #include "shading/world.h"
@@ -28,13 +28,6 @@ colour trace_from(const position& origin, const direction& dir, ray_state& state
   return state.scene->trace(state);
 }
 
-std::string describe_basis(const char* kind, const camera_basis& b) {
-  std::ostringstream out;
-  out << kind << " camera at " << b.eye << " looking along " << b.view_dir << ", right " << b.right_dir << ", up "
-      << b.true_up;
-  return out.str();
-}
-
 }  // namespace
 
 camera_basis make_camera_basis(const view_settings& view, const char* program) {
@@ -58,14 +51,10 @@ camera_basis make_camera_basis(const view_settings& view, const char* program) {
   return b;
 }
 
-std::string orthographic_camera::describe() const { return describe_basis("orthographic", basis_); }
-
 colour orthographic_camera::sample(double sx, double sy, ray_state& state) const {
   const position origin = basis_.eye + sx * basis_.right_dir + sy * basis_.true_up;
   return trace_from(origin, basis_.view_dir, state);
 }
-
-std::string perspective_camera::describe() const { return describe_basis("perspective", basis_); }
 
 colour perspective_camera::sample(double sx, double sy, ray_state& state) const {
   const position screen_point =

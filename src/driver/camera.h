@@ -3,7 +3,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "math/vector.h"
 #include "scene_file/scene_settings.h"
@@ -30,7 +29,6 @@ class camera {
  public:
   explicit camera(const camera_basis& b) : basis_(b) {}
   virtual ~camera() = default;
-  virtual std::string describe() const = 0;
   // Sets up the ray through screen point (sx, sy) in `state` and traces it.
   virtual colour sample(double sx, double sy, ray_state& state) const = 0;
 
@@ -42,7 +40,6 @@ class camera {
 class orthographic_camera : public camera {
  public:
   using camera::camera;
-  std::string describe() const override;
   colour sample(double sx, double sy, ray_state& state) const override;
 };
 
@@ -50,7 +47,6 @@ class orthographic_camera : public camera {
 class perspective_camera : public camera {
  public:
   using camera::camera;
-  std::string describe() const override;
   colour sample(double sx, double sy, ray_state& state) const override;
 };
 

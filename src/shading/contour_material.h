@@ -29,7 +29,6 @@ class blend_material : public material {
 
   colour shade(ray_state& state) const override;
   colour transmittance(ray_state& state) const override;
-  double shininess_at(const ray_state& state) const override;
   vector index_triple() const override;
   void apply_medium(double distance, colour& c) const override;
 

@@ -23,9 +23,7 @@ class light {
   virtual ~light() = default;
 
   colour get_colour() const { return colour_; }
-  void set_colour(const colour& c) { colour_ = c; }
   colour get_ambient() const { return ambient_; }
-  void set_ambient(const colour& c) { ambient_ = c; }
 
   // Writes this light's diffuse, specular and ambient contributions at `p`
   // into the three sums of `state`.

@@ -21,8 +21,6 @@ material::~material() = default;
 
 vector material::index_triple() const { return index_by_channel; }
 
-double material::shininess_at(const ray_state&) const { return shininess; }
-
 namespace {
 
 // What every refracted ray of one hit shares.

@@ -17,7 +17,6 @@ enum ray_kind : int { primary_ray = 0, reflected_ray = 1, refracted_ray = 2, tra
 
 struct ray_state {
   int kind = primary_ray;
-  const ray_state* parent = nullptr;
   const world* scene = nullptr;
   render_context* context = nullptr;
 
@@ -38,7 +37,7 @@ struct ray_state {
   position hit_point() const { return r.origin + hit.distance * r.dir; }
 };
 
-// A primary ray as the camera starts it: no parent, weight (1, 1, 1), no medium.
+// A primary ray as the camera starts it: weight (1, 1, 1), no medium.
 inline ray_state primary_state(const world& w, render_context& context, const ray& r) {
   ray_state s;
   s.scene = &w;
@@ -52,7 +51,6 @@ inline ray_state spawned_state(const ray_state& parent, int kind, const position
                                const colour& weight, const material* medium) {
   ray_state s;
   s.kind = kind;
-  s.parent = &parent;
   s.scene = parent.scene;
   s.context = parent.context;
   s.r = ray(origin, dir);

@@ -40,8 +40,6 @@ TEST(noise_lattice, filled_from_the_stream_wrapped_and_summed_in_octaves) {
   perm[n] = perm[0];
   EXPECT_EQ(random.next(), reference.next());  // exactly 40000 draws in all
 
-  EXPECT_EQ(lattice.noise1(7.0), v[7][0]);
-  EXPECT_EQ(lattice.noise1(7.25), 0.75 * v[7][0] + 0.25 * v[8][0]);
   const int corners[][3] = {{0, 0, 0}, {1, 2, 3}, {n, n, n}, {n - 1, 5, n}, {123, n, 4567}};
   for (const auto& [i, j, k] : corners) {
     const double value = v[(i + perm[j] + perm[perm[k]]) % n][0];
