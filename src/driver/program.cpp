@@ -24,9 +24,6 @@ namespace sciray {
 
 namespace {
 
-// Leaf size of the bounding hierarchy.
-constexpr int leaf_size = 8;
-
 [[noreturn]] void fail(const char* program, const std::string& message) { fatal(program + message); }
 
 // The scene file, closed again however reading ends.
@@ -83,7 +80,7 @@ int run_program(int argc, char** argv) {
 
   context.ray_count = 0;
   context.test_count = 0;
-  scene.build_hierarchy(leaf_size);
+  scene.build_hierarchy();
   const render_settings& r = settings.render;
   const camera_basis basis = make_camera_basis(settings.view, program);
   const std::unique_ptr<camera> cam = make_camera(basis, settings.view.perspective);

@@ -34,9 +34,9 @@ class world {
   void retire(std::shared_ptr<roughness> r);
 
   std::size_t object_count() const { return builder_.size() + geometry_.size(); }
-  // Builds the bounding hierarchy over the primitives added so far; they
-  // are traced from then on.
-  void build_hierarchy(int leaf_size) { builder_.build(leaf_size, geometry_); }
+  // Builds the bounding hierarchy over the primitives added so far, with
+  // leaves of at most `leaf_limit` of them; they are traced from then on.
+  void build_hierarchy(std::uint32_t leaf_limit = leaf_size) { builder_.build(geometry_, leaf_limit); }
   const scene_geometry& geometry() const { return geometry_; }
   const std::vector<std::unique_ptr<light>>& lights() const { return lights_; }
   // Calls f(m) for every material of every colour map read.

@@ -102,7 +102,7 @@ TEST(adaptive_sampler, neighbouring_rows_on_two_threads_trace_what_one_thread_do
   w.ambient = colour(1, 1, 1);
   w.depth_max = 2;
   w.sky = std::make_unique<sky_gradient>(direction(0, 1, 0), colour(0, 0, 1), colour(0, 0, 1), colour(0, 0, 1));
-  w.builder().add_sphere(position(0.1, -0.2, 0), 0.9, &plain);
+  w.builder().add(sphere{position(0.1, -0.2, 0), 0.9}, &plain);
   w.build_hierarchy(8);
   const auto cam = make_camera(make_camera_basis(view_settings{}, "sciray"), true);
   const int columns = 23, rows = 17;

@@ -57,7 +57,7 @@ TEST(cylinder, roots_and_admissibility) {
 
 TEST(cylinder, bounds_and_surface_data) {
   // The union of the cubes of half-side `radius` around the two ends.
-  EXPECT_EQ(bounds_of(cylinder(position(1, 2, 3), position(-1, 4, 3), 0.5).bounds()),
+  EXPECT_EQ(bounds_of(cylinder{position(1, 2, 3), position(-1, 4, 3), 0.5}.bounds()),
             (box_bounds{-1.5, 1.5, 2.5, 1.5, 4.5, 3.5}));
   shape_scene tube = standing();
   EXPECT_EQ(tube.hit(ray(position(-5, 0, 2), plus_x)).value, 30.0);

@@ -30,14 +30,14 @@ struct bench {
 };
 
 inline void add_ball(world& w, const position& centre, double radius, const material* m) {
-  w.builder().add_sphere(centre, radius, m);
+  w.builder().add(sphere{centre, radius}, m);
 }
 
 // The floor z = 0, normal +z, as two triangles reaching 1000 units out.
 inline void add_floor(world& w, const material* m) {
   const double r = 1000.0;
-  w.builder().add_triangle(position(-r, -r, 0), position(r, -r, 0), position(r, r, 0), nullptr, nullptr, m);
-  w.builder().add_triangle(position(-r, -r, 0), position(r, r, 0), position(-r, r, 0), nullptr, nullptr, m);
+  w.builder().add(triangle{{position(-r, -r, 0), position(r, -r, 0), position(r, r, 0)}}, m);
+  w.builder().add(triangle{{position(-r, -r, 0), position(r, r, 0), position(-r, r, 0)}}, m);
 }
 
 inline void expect_near(const vector& got, const vector& want, double tolerance) {
