@@ -17,7 +17,7 @@
 #include "driver/render_threads.h"
 #include "driver/row_writer.h"
 #include "shading/render_context.h"
-#include "shading/world.h"
+#include "shading/tracer.h"
 
 namespace sciray {
 
@@ -44,7 +44,7 @@ class band_render {
         ring_(static_cast<std::size_t>(2 * threads_ + 2)),
         done_(units_.size()),
         edges_(mode_ == row_mode::antialiased ? ring_ + 2 : 0) {
-    const bool draws = band.scene.draws_random();
+    const bool draws = band.tracing.scene().draws_random();
     // With anti-aliasing, what a row draws depends on what the rows before
     // it drew: one row after another.
     if (draws && mode_ == row_mode::antialiased) threads_ = 1;
@@ -55,16 +55,17 @@ class band_render {
   int threads() const { return threads_; }
   bool counting() const { return counting_; }
 
-  // The counting pass: the draws each unit makes on the random stream.
+  // The counting pass: the draws each unit makes on the random stream,
+  // traced without lighting.
   void count_draws() {
     render_context context;
-    context.counting_draws = true;
-    const pixel_source source{band_.cam, band_.scene, context};
+    const tracer unlit = band_.tracing.unlit();
+    const pixel_source source{band_.cam, unlit, context};
     sample_row scratch(band_.window.columns);
     for (std::size_t k = next_++; k < units_.size(); k = next_++) {
-      context.draws = 0;
+      const std::uint64_t before = context.random.drawn();
       sample(k, source, nullptr, scratch);
-      draws_[k] = context.draws;
+      draws_[k] = context.random.drawn() - before;
     }
   }
   void prepare_counting() {
@@ -81,7 +82,7 @@ class band_render {
   void render() {
     render_context context;
     context.random = band_.start;
-    const pixel_source source{band_.cam, band_.scene, context};
+    const pixel_source source{band_.cam, band_.tracing, context};
     adaptive_sampler sampler(band_.window, band_.settings.antialias_tol, band_.settings.antialias_depth);
     for (std::size_t k = next_++; k < units_.size(); k = next_++) {
       wait_for_slot(k);

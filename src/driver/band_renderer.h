@@ -23,12 +23,12 @@
 
 namespace sciray {
 
-class world;
+class tracer;
 struct image_file;
 
 struct band_scene {
   const camera& cam;
-  const world& scene;
+  const tracer& tracing;
   const screen_window& window;
   band_rows rows;
   const render_settings& settings;

@@ -17,7 +17,7 @@
 #include "scene_file/scene_settings.h"
 #include "shading/recursion_bound.h"
 #include "shading/render_context.h"
-#include "shading/world.h"
+#include "shading/tracer.h"
 #include "support/fatal_error.h"
 
 namespace sciray {
@@ -45,11 +45,8 @@ sky_settings sky_from(const render_settings& r) {
           r.cloud_depth};
 }
 
-// Copies the tracing options into the world and sets up the sky and the atmosphere.
+// Sets up the sky and the atmosphere.
 void prepare_world(world& w, const render_settings& r, const camera_basis& basis, render_context& context) {
-  w.depth_max = r.depth;
-  w.shadows = r.shadows;
-  w.highlights = r.highlights;
   // The sky's up is a direction made from the accepted up vector as the
   // viewing block stored it, before any roll.
   w.sky = make_sky(sky_from(r), normalise(basis.up_accepted), context.noise, context.random);
@@ -85,13 +82,14 @@ int run_program(int argc, char** argv) {
   const camera_basis basis = make_camera_basis(settings.view, program);
   const std::unique_ptr<camera> cam = make_camera(basis, settings.view.perspective);
   prepare_world(scene, r, basis, context);
+  const tracer tracing(scene, r);
 
   const band_rows rows = split_band(r.height, options.band);
   if (rows.empty()) return 0;
   const screen_window window = make_screen_window(settings.view.view_width, settings.view.view_height, r.width, r.height);
 
-  const recursion_depth depth = recursion_bound(scene);
-  const band_scene band{*cam, scene, window, rows, r, objects, context.random};
+  const recursion_depth depth = recursion_bound(tracing);
+  const band_scene band{*cam, tracing, window, rows, r, objects, context.random};
   const int threads = options.threads > 0 ? options.threads : usable_processors();
   image_file* image = nullptr;
   const bool rendered = render_band(band, threads, render_stack_bytes(depth), [&] {

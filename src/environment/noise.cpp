@@ -11,8 +11,6 @@ namespace sciray {
 
 namespace {
 
-constexpr double rand_max = 2147483647.0;
-
 // floor(x) as a 32-bit integer the way the x86-64 conversion gives it: a
 // value out of range, or not a number, becomes the smallest integer.
 int floor_to_int(double x) {

@@ -9,7 +9,7 @@
 
 #include "environment/sky.h"
 #include "shading/render_context.h"
-#include "shading/world.h"
+#include "shading/tracer.h"
 
 namespace sciray {
 namespace {
@@ -35,9 +35,10 @@ struct sampler_scene {
   }
 
   world w;
+  tracer tracing{w, render_settings{}};
   render_context context;
   std::unique_ptr<camera> cam = make_camera(make_camera_basis(view_settings{}, "sciray"), true);
-  pixel_source source{*cam, w, context};
+  pixel_source source{*cam, tracing, context};
   screen_window window;
   int step = 0;
 };
@@ -100,10 +101,12 @@ TEST(adaptive_sampler, neighbouring_rows_on_two_threads_trace_what_one_thread_do
   material plain;
   plain.ambient = colour(1, 0.5, 0.25);
   w.ambient = colour(1, 1, 1);
-  w.depth_max = 2;
   w.sky = std::make_unique<sky_gradient>(direction(0, 1, 0), colour(0, 0, 1), colour(0, 0, 1), colour(0, 0, 1));
   w.builder().add(sphere{position(0.1, -0.2, 0), 0.9}, &plain);
-  w.build_hierarchy(8);
+  w.build_hierarchy();
+  render_settings settings;
+  settings.depth = 2;
+  const tracer tracing(w, settings);
   const auto cam = make_camera(make_camera_basis(view_settings{}, "sciray"), true);
   const int columns = 23, rows = 17;
   const screen_window window = make_screen_window(2.8, 2.8, columns, rows);
@@ -115,7 +118,7 @@ TEST(adaptive_sampler, neighbouring_rows_on_two_threads_trace_what_one_thread_do
   // Renders the rows r with r % stride == first, the lower edge of row 0 first.
   const auto render_rows = [&](std::vector<row_result>& out, std::vector<sample_edge>& edges, int first, int stride) {
     render_context context;
-    const pixel_source source{*cam, w, context};
+    const pixel_source source{*cam, tracing, context};
     adaptive_sampler sampler(window, 0.05, 3);
     if (first == 0) sampler.sample_lower_edge(edges[0], 0, source);
     for (int y = first; y < rows; y += stride) {
