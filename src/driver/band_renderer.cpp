@@ -25,6 +25,51 @@ namespace {
 
 enum class row_mode { plain, antialiased, blocks };
 
+// The samples between two pixel rows of the anti-aliased mode, handed from
+// the row below, which fills them, to the row above, which reads them and
+// may add to them, pixel by pixel: two threads render neighbouring rows at
+// once and trace exactly the samples one thread would, each in the row
+// that would trace it.
+struct shared_edge {
+  static constexpr int no_sleeper = 1 << 30;
+
+  sample_edge samples;
+  std::atomic<int> below{-2};    // the pixel row this edge is the upper edge of, once handed to it
+  std::atomic<int> finished{0};  // pixels of that row whose part of the edge is final
+  // The count of finished pixels the upper row sleeps for, if it sleeps:
+  // the lower row wakes it only then, since a wake-up is a system call.
+  std::atomic<int> wanted{no_sleeper};
+
+  // Hands the samples to pixel row r as its upper edge, with `done` pixels finished.
+  void hand_to(int r, int done) {
+    finished.store(done, std::memory_order_relaxed);
+    wanted.store(no_sleeper, std::memory_order_relaxed);
+    below.store(r, std::memory_order_release);
+    below.notify_all();
+  }
+  // Returns once the edge has been handed to pixel row r.
+  void wait_for_row(int r) const {
+    for (int b = below.load(std::memory_order_acquire); b != r; b = below.load(std::memory_order_acquire))
+      below.wait(b, std::memory_order_acquire);
+  }
+  // Returns once the row below has finished pixel c.
+  void wait_for_pixel(int c) {
+    if (finished.load(std::memory_order_acquire) > c) return;
+    wanted.store(c + 1, std::memory_order_seq_cst);
+    for (int done = finished.load(std::memory_order_seq_cst); done <= c;
+         done = finished.load(std::memory_order_acquire))
+      finished.wait(done, std::memory_order_acquire);
+    wanted.store(no_sleeper, std::memory_order_relaxed);
+  }
+  // Marks pixel c of the row below finished.
+  void finish_pixel(int c) {
+    // Sequentially consistent with wait_for_pixel: either the sleeper sees
+    // this pixel finished or this row sees the sleeper waiting for it.
+    finished.store(c + 1, std::memory_order_seq_cst);
+    if (wanted.load(std::memory_order_seq_cst) <= c + 1) finished.notify_all();
+  }
+};
+
 // One unit's picture row and what it counted, waiting to be written.
 struct unit_output {
   explicit unit_output(int width) : row(width) {}
@@ -92,8 +137,11 @@ class band_render {
         context.random.discard(draws_[k]);
       }
       context.ray_count = context.test_count = 0;
-      if (mode_ == row_mode::antialiased && k == 0)
-        sampler.sample_lower_edge(edge(0), units_[0].line_row, source);
+      if (mode_ == row_mode::antialiased && k == 0) {
+        const int y = units_[0].line_row;
+        sampler.sample_lower_edge(edge(0).samples, y, source);
+        edge(0).hand_to(y - 1, band_.window.columns);
+      }
       out.rays_before = context.ray_count;
       out.tests_before = context.test_count;
       sample(k, source, &sampler, out.row);
@@ -124,7 +172,7 @@ class band_render {
   }
 
  private:
-  sample_edge& edge(std::size_t e) { return edges_[e % edges_.size()]; }
+  shared_edge& edge(std::size_t e) { return edges_[e % edges_.size()]; }
 
   void wait_for_slot(std::size_t k) {
     for (std::size_t w = written_.load(std::memory_order_acquire); k >= w + ring_;
@@ -148,9 +196,16 @@ class band_render {
         }
         break;
       case row_mode::antialiased: {
-        sample_edge& upper = edge(k + 1);
-        sampler->clear(upper, y);
-        sampler->render_row(y, edge(k), upper, source, [&row](int c, const colour& v) { row.set(c, v); });
+        shared_edge &lower = edge(k), &upper = edge(k + 1);
+        sampler->clear(upper.samples);
+        upper.hand_to(y, 0);
+        lower.wait_for_row(y - 1);
+        sampler->render_row(
+            y, lower.samples, upper.samples, source, [&lower](int c) { lower.wait_for_pixel(c); },
+            [&row, &upper](int c, const colour& v) {
+              row.set(c, v);
+              upper.finish_pixel(c);
+            });
         break;
       }
     }
@@ -168,7 +223,7 @@ class band_render {
   std::vector<unit_output> slots_;
   std::vector<std::atomic<int>> done_;     // 1 once unit k is rendered
   std::atomic<std::size_t> written_{0};  // units written so far
-  std::vector<sample_edge> edges_;
+  std::vector<shared_edge> edges_;
 };
 
 }  // namespace
