@@ -18,6 +18,7 @@
 #include "shading/recursion_bound.h"
 #include "shading/render_context.h"
 #include "shading/tracer.h"
+#include "support/c_file.h"
 #include "support/fatal_error.h"
 
 namespace sciray {
@@ -26,17 +27,11 @@ namespace {
 
 [[noreturn]] void fail(const char* program, const std::string& message) { fatal(program + message); }
 
-// The scene file, closed again however reading ends.
-struct file_closer {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using scene_file_ptr = std::unique_ptr<std::FILE, file_closer>;
-
-scene_file_ptr open_scene(const char* program, const char* name) {
+c_file open_scene(const char* program, const char* name) {
   std::error_code error;
   std::FILE* file = std::filesystem::is_directory(name, error) ? nullptr : std::fopen(name, "r");
   if (!file) fail(program, std::string(": can't open input file ") + name);
-  return scene_file_ptr(file);
+  return c_file(file);
 }
 
 sky_settings sky_from(const render_settings& r) {
@@ -64,7 +59,7 @@ int run_program(int argc, char** argv) {
   }
   run_options options;
   if (!parse_run_options(argc, argv, options)) fail(program, ": -threads needs a positive number");
-  scene_file_ptr scene_file = open_scene(program, argv[1]);
+  c_file scene_file = open_scene(program, argv[1]);
 
   render_context context;
   world scene;

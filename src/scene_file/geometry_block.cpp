@@ -78,8 +78,9 @@ std::array<double, max_vertices> centroid_values(const geometry_record& rec) {
   return mean;
 }
 
-// Continuous contours blend neighbouring bands; the other styles step from
-// band to band, and the centroid style gives the whole polygon one band.
+// Continuous contours blend neighbouring entries of the contour table; the
+// other styles step from entry to entry, and the centroid style gives the
+// whole polygon one entry.
 void add_contour_polygon(reader_state& state, const geometry_record& rec) {
   if (rec.style == gr_contour_continuous) {
     add_polygon(state.scene, rec, state.blending, rec.values.data());

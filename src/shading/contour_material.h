@@ -1,5 +1,5 @@
 // contour_material.h - a material that blends colour-map materials by the
-// data value at the hit: in bands (one entry takes all) or continuously
+// data value at the hit: in steps (one entry takes all) or continuously
 // (the two entries whose levels enclose the value are mixed).
 #pragma once
 

@@ -42,7 +42,7 @@ TEST(polygon_split, halves_depth_first_into_triangles_that_carry_their_corner_da
   for (const auto& [n, expected] : shapes) {
     EXPECT_EQ(split_polygon(n), expected) << n;
     // The drawn triangles, in build order, carry their corners' normals and
-    // values; no style draws lines; only the continuous style blends bands,
+    // values; no style draws lines; only the continuous style blends entries,
     // and the centroid style gives every corner the mean of all n values.
     for (const std::string style : {"", "style gr_contour_lines", "style gr_contour_bands",
                                     "style gr_contour_continuous", "style gr_contour_centroid"}) {

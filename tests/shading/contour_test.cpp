@@ -1,4 +1,4 @@
-// contour_test.cpp - the contour blend: weights in band and continuous mode,
+// contour_test.cpp - the contour blend: weights in steps and continuous mode,
 // entries without weight never asked for a colour, blended operations and
 // the ones handed to the first entry.
 #include <gtest/gtest.h>
@@ -43,7 +43,7 @@ TEST(contour_blend, weights_blended_operations_and_first_entry_delegation) {
     entry[i].emission[i] = 1.0;
     steps.add(&entry[i], i);
   }
-  // Bands: below the first level, then each interval (level k, level k+1]; the
+  // Steps: below the first level, then each interval (level k, level k+1]; the
   // last level is never compared.
   EXPECT_EQ(listed(steps, -1.0), (pairs{{0, 1.0}}));
   EXPECT_EQ(listed(steps, 0.0), (pairs{{1, 1.0}}));  // equal to level 0 is not below it
