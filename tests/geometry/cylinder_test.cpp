@@ -8,10 +8,8 @@
 
 #include "geometry_test_support.h"
 
-namespace sciray {
+namespace sciray::testing {
 namespace {
-
-using namespace geometry_testing;
 
 const direction plus_x(1, 0, 0), plus_y(0, 1, 0);
 
@@ -76,4 +74,4 @@ TEST(cylinder, bounds_and_surface_data) {
 }
 
 }  // namespace
-}  // namespace sciray
+}  // namespace sciray::testing

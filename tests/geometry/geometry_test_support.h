@@ -14,7 +14,7 @@
 #include "geometry/scene_geometry.h"
 #include "shading/material.h"
 
-namespace sciray::geometry_testing {
+namespace sciray::testing {
 
 class shape_scene {
  public:
@@ -78,4 +78,4 @@ inline box_bounds bounds_of(const bounding_box& b) {
   return {b.axis[0].lo, b.axis[1].lo, b.axis[2].lo, b.axis[0].hi, b.axis[1].hi, b.axis[2].hi};
 }
 
-}  // namespace sciray::geometry_testing
+}  // namespace sciray::testing

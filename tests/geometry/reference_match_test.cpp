@@ -12,10 +12,8 @@
 
 #include "geometry_test_support.h"
 
-namespace sciray {
+namespace sciray::testing {
 namespace {
-
-using namespace geometry_testing;
 
 using shape = std::variant<sphere, cylinder, triangle>;
 
@@ -71,4 +69,4 @@ TEST(leaf_test, takes_what_one_reference_test_after_another_takes) {
 }
 
 }  // namespace
-}  // namespace sciray
+}  // namespace sciray::testing

@@ -8,10 +8,8 @@
 
 #include "geometry_test_support.h"
 
-namespace sciray {
+namespace sciray::testing {
 namespace {
-
-using namespace geometry_testing;
 
 const direction plus_z(0, 0, 1);
 
@@ -53,4 +51,4 @@ TEST(sphere, bounds_and_normal) {
 }
 
 }  // namespace
-}  // namespace sciray
+}  // namespace sciray::testing

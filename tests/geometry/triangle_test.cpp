@@ -7,10 +7,8 @@
 
 #include "geometry_test_support.h"
 
-namespace sciray {
+namespace sciray::testing {
 namespace {
-
-using namespace geometry_testing;
 
 const direction down(0, 0, -1), up(0, 0, 1);
 
@@ -88,4 +86,4 @@ TEST(triangle, interpolated_normals) {
 }
 
 }  // namespace
-}  // namespace sciray
+}  // namespace sciray::testing

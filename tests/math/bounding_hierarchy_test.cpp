@@ -14,10 +14,8 @@
 
 #include "geometry/geometry_test_support.h"
 
-namespace sciray {
+namespace sciray::testing {
 namespace {
-
-using namespace geometry_testing;
 
 // The slab rule, one box at a time, as plainly as it can be written.
 bool enter_box(const bounding_box& box, const ray& r, double distance, double& entry) {
@@ -231,4 +229,4 @@ TEST(bounding_hierarchy, deep_tree_finds_the_nearest_hit_with_fewer_tests) {
 }
 
 }  // namespace
-}  // namespace sciray
+}  // namespace sciray::testing
