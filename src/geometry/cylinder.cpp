@@ -58,7 +58,7 @@ bool cylinder::intersect(const ray& r, double& distance) const {
   return false;
 }
 
-cylinder_set::cylinder_set(cylinder::list read, const std::vector<std::uint32_t>& order) {
+cylinder::set::set(shape_list<cylinder> read, const std::vector<std::uint32_t>& order) {
   columns_.reserve(order.size());
   values_.reserve(order.size());
   for (const std::uint32_t i : order) {
@@ -69,7 +69,7 @@ cylinder_set::cylinder_set(cylinder::list read, const std::vector<std::uint32_t>
   columns_.pad();
 }
 
-bool cylinder_set::candidates(std::uint32_t first, std::uint32_t count, const ray& r, double* t) const {
+bool cylinder::set::candidates(std::uint32_t first, std::uint32_t count, const ray& r, double* t) const {
   using namespace lanes;
   const ray_lanes ray2(r);
   const v2 tolerance = both(self_hit_tolerance), zero = _mm_setzero_pd();
@@ -116,7 +116,7 @@ bool cylinder_set::candidates(std::uint32_t first, std::uint32_t count, const ra
   return any;
 }
 
-void cylinder_set::surface(std::uint32_t i, const position& p, hit_record& hit) const {
+void cylinder::set::surface(std::uint32_t i, const position& p, hit_record& hit) const {
   const position start(columns_.at(start_x, i), columns_.at(start_y, i), columns_.at(start_z, i));
   const direction axis(columns_.at(axis_x, i), columns_.at(axis_y, i), columns_.at(axis_z, i));
   const double h = dot(p - start, axis);

@@ -2,20 +2,11 @@
 // segment of a poly-line. Contour lines carry a data value at each end.
 #pragma once
 
-#include <cstdint>
-#include <vector>
-
 #include "geometry/shape.h"
-#include "geometry/shape_columns.h"
 
 namespace sciray {
 
-class cylinder_set;
-
 struct cylinder {
-  using list = shape_list<cylinder>;
-  using set = cylinder_set;
-
   position start, end;
   double radius;
   double value_start = 0.0, value_end = 0.0;
@@ -26,14 +17,16 @@ struct cylinder {
   // included); a near root beyond an end lets the far one show the inside
   // wall. A tangent ray (zero discriminant) hits; a ray parallel to the axis
   // never does, nor does a tube of no length or no radius.
-  // cylinder_set::candidates must match it.
+  // set::candidates must match it.
   bool intersect(const ray& r, double& distance) const;
+
+  class set;  // the shapes of this kind in a scene, laid out for the walk
 };
 
 // The cylinders of a scene in leaf order: start, unit axis, length (not a
 // number for a tube that is never hit) and squared radius; beside them the
 // data values of the ends.
-class cylinder_set {
+class cylinder::set {
  public:
   enum column : std::size_t {
     start_x, start_y, start_z, axis_x, axis_y, axis_z, axis_length, radius_squared,
@@ -41,8 +34,8 @@ class cylinder_set {
   };
   static constexpr bool takes_equal_roots = false;
 
-  cylinder_set() = default;
-  cylinder_set(cylinder::list read, const std::vector<std::uint32_t>& order);
+  set() = default;
+  set(shape_list<cylinder> read, const std::vector<std::uint32_t>& order);
 
   std::size_t size() const { return columns_.size(); }
   double at(column q, std::uint32_t i) const { return columns_.at(q, i); }

@@ -2,11 +2,12 @@
 // sphere.h, cylinder.h and triangle.h each provide it; shape_kinds.h lists
 // them. A kind is two types: the shape as the scene reader gives it (say
 // `sphere`), and all shapes of that kind in a scene, laid out for the walk
-// (`sphere_set`):
+// (`sphere::set`):
 //
-//   S::list          holds the shapes as read until the hierarchy is built:
+//   list_of<S>       holds the shapes as read until the hierarchy is built:
 //                    add(s), size(), bounds(i) by the number read, and
-//                    close() once the last is added
+//                    close() once the last is added; shape_list<S> unless
+//                    S names its own as S::list
 //   s.intersect(r, distance)
 //                    the reference test: plain scalar code taking the root
 //                    the shape admits (above 1e-6 and below `distance`, or
@@ -36,6 +37,7 @@
 #include <vector>
 
 #include "geometry/hit_record.h"
+#include "geometry/shape_columns.h"
 #include "math/bounding_box.h"
 #include "math/ray.h"
 
@@ -44,20 +46,6 @@ namespace sciray {
 // The most primitives a leaf of the bounding hierarchy holds, and the most
 // a fast test takes at once (a larger leaf is tested in pieces).
 inline constexpr std::uint32_t leaf_size = 8;
-
-template <typename S>
-concept shape_kind = requires(const S& shape, typename S::list& list, const typename S::set& set, const ray& r,
-                              double& distance, std::uint32_t i, double* t, const position& p, hit_record& hit) {
-  { shape.intersect(r, distance) } -> std::same_as<bool>;
-  list.add(shape);
-  { list.size() } -> std::same_as<std::size_t>;
-  { list.bounds(i) } -> std::same_as<bounding_box>;
-  list.close();
-  typename S::set;
-  { set.candidates(i, i, r, t) } -> std::same_as<bool>;
-  set.surface(i, p, hit);
-  { S::set::takes_equal_roots } -> std::convertible_to<bool>;
-};
 
 // The list of a kind whose shapes are kept whole until the build.
 template <typename S>
@@ -71,6 +59,36 @@ class shape_list {
 
  private:
   std::vector<S> shapes_;
+};
+
+namespace shape_detail {
+template <typename S>
+struct list {
+  using type = shape_list<S>;
+};
+template <typename S>
+  requires requires { typename S::list; }
+struct list<S> {
+  using type = typename S::list;
+};
+}  // namespace shape_detail
+
+template <typename S>
+using list_of = typename shape_detail::list<S>::type;
+template <typename S>
+using set_of = typename S::set;
+
+template <typename S>
+concept shape_kind = requires(const S& shape, list_of<S>& list, const set_of<S>& set, const ray& r,
+                              double& distance, std::uint32_t i, double* t, const position& p, hit_record& hit) {
+  { shape.intersect(r, distance) } -> std::same_as<bool>;
+  list.add(shape);
+  { list.size() } -> std::same_as<std::size_t>;
+  { list.bounds(i) } -> std::same_as<bounding_box>;
+  list.close();
+  { set.candidates(i, i, r, t) } -> std::same_as<bool>;
+  set.surface(i, p, hit);
+  { set_of<S>::takes_equal_roots } -> std::convertible_to<bool>;
 };
 
 }  // namespace sciray

@@ -22,10 +22,6 @@ template <template <typename> class Of>
 using per_kind = std::tuple<Of<sphere>, Of<cylinder>, Of<triangle>>;
 
 using shape_kinds = per_kind<std::type_identity_t>;
-template <typename S>
-using list_of = typename S::list;
-template <typename S>
-using set_of = typename S::set;
 inline constexpr std::uint32_t kind_count = std::tuple_size_v<shape_kinds>;
 static_assert(kind_count <= std::uint32_t{1} << primitive_ref::kind_bits, "primitive_ref needs more kind bits");
 

@@ -30,7 +30,7 @@ bool sphere::intersect(const ray& r, double& distance) const {
   return false;
 }
 
-sphere_set::sphere_set(sphere::list read, const std::vector<std::uint32_t>& order) {
+sphere::set::set(shape_list<sphere> read, const std::vector<std::uint32_t>& order) {
   columns_.reserve(order.size());
   for (const std::uint32_t i : order) {
     const sphere& s = read[i];
@@ -39,7 +39,7 @@ sphere_set::sphere_set(sphere::list read, const std::vector<std::uint32_t>& orde
   columns_.pad();
 }
 
-bool sphere_set::candidates(std::uint32_t first, std::uint32_t count, const ray& r, double* t) const {
+bool sphere::set::candidates(std::uint32_t first, std::uint32_t count, const ray& r, double* t) const {
   using namespace lanes;
   const ray_lanes ray2(r);
   const v2 tolerance = both(self_hit_tolerance);
@@ -69,7 +69,7 @@ bool sphere_set::candidates(std::uint32_t first, std::uint32_t count, const ray&
   return any;
 }
 
-void sphere_set::surface(std::uint32_t i, const position& p, hit_record& hit) const {
+void sphere::set::surface(std::uint32_t i, const position& p, hit_record& hit) const {
   const position center(columns_.at(center_x, i), columns_.at(center_y, i), columns_.at(center_z, i));
   hit.normal = normalise(p - center);
 }

@@ -88,7 +88,7 @@ void triangle_list::close() {
 }
 
 // The planes and weight rows are made here, in leaf order, from the corners.
-triangle_set::triangle_set(triangle::list read, std::vector<std::uint32_t> order) {
+triangle::set::set(triangle_list read, std::vector<std::uint32_t> order) {
   columns_.reserve(order.size());
   const std::vector<vector>& at = read.points_.points();
   for (const std::uint32_t i : order) {
@@ -104,18 +104,18 @@ triangle_set::triangle_set(triangle::list read, std::vector<std::uint32_t> order
   values_ = std::move(read.values_);
 }
 
-direction triangle_set::corner_normal(std::uint32_t i, int k) const {
+direction triangle::set::corner_normal(std::uint32_t i, int k) const {
   const std::uint32_t n = corner_data_[source_[i]].normal[k];
   if (n != triangle_corners::face) return direction::as_given(normals_[n]);
   return direction(columns_.at(normal_x, i), columns_.at(normal_y, i), columns_.at(normal_z, i));
 }
 
-double triangle_set::corner_value(std::uint32_t i, int k) const {
+double triangle::set::corner_value(std::uint32_t i, int k) const {
   const std::uint32_t v = corner_data_[source_[i]].values;
   return v == triangle_corners::zeros ? 0.0 : values_[v][static_cast<std::size_t>(k)];
 }
 
-bool triangle_set::candidates(std::uint32_t first, std::uint32_t count, const ray& r, double* t) const {
+bool triangle::set::candidates(std::uint32_t first, std::uint32_t count, const ray& r, double* t) const {
   using namespace lanes;
   const ray_lanes ray2(r);
   const v2 tolerance = both(self_hit_tolerance), zero = _mm_setzero_pd(), one = both(1.0);
@@ -150,7 +150,7 @@ bool triangle_set::candidates(std::uint32_t first, std::uint32_t count, const ra
   return any;
 }
 
-void triangle_set::surface(std::uint32_t i, const position& p, hit_record& hit) const {
+void triangle::set::surface(std::uint32_t i, const position& p, hit_record& hit) const {
   // The weights as the test worked them out at the same point.
   const auto weight = [&](column row) {
     return columns_.at(row, i) * p.x + columns_.at(row + 1, i) * p.y + columns_.at(row + 2, i) * p.z +

@@ -4,22 +4,17 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
 #include <optional>
-#include <vector>
 
 #include "geometry/point_table.h"
 #include "geometry/shape.h"
-#include "geometry/shape_columns.h"
 
 namespace sciray {
 
 class triangle_list;
-class triangle_set;
 
 struct triangle {
   using list = triangle_list;
-  using set = triangle_set;
 
   std::array<position, 3> corner;  // counter-clockwise seen from the front
   // Without normals every corner has the face normal; without values, 0.
@@ -31,8 +26,10 @@ struct triangle {
   // side counts; a ray parallel to it misses) if it lies above 1e-6, not
   // beyond `distance` (a root equal to it is taken) and inside the triangle,
   // edges and corners included. Collinear or coincident corners are never
-  // hit. triangle_set::candidates must match it.
+  // hit. set::candidates must match it.
   bool intersect(const ray& r, double& distance) const;
+
+  class set;  // the shapes of this kind in a scene, laid out for the walk
 };
 
 // Where a triangle's corner normals and values are kept.
@@ -55,7 +52,7 @@ class triangle_list {
   void close();
 
  private:
-  friend class triangle_set;
+  friend class triangle::set;
 
   point_table points_;
   std::vector<std::array<std::uint32_t, 3>> corners_;  // point numbers of each triangle's corners
@@ -68,7 +65,7 @@ class triangle_list {
 // normal . corner 0 (not a number for a triangle that is never hit) and the
 // two rows that map a point (x, y, z, 1) to the weights of corners 1 and 2.
 // Their corner data stays in the order read.
-class triangle_set {
+class triangle::set {
  public:
   enum column : std::size_t {
     normal_x, normal_y, normal_z, offset,
@@ -78,8 +75,8 @@ class triangle_set {
   };
   static constexpr bool takes_equal_roots = true;
 
-  triangle_set() = default;
-  triangle_set(triangle::list read, std::vector<std::uint32_t> order);
+  set() = default;
+  set(triangle_list read, std::vector<std::uint32_t> order);
 
   std::size_t size() const { return columns_.size(); }
   double at(column q, std::uint32_t i) const { return columns_.at(q, i); }

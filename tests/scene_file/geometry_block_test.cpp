@@ -12,8 +12,8 @@ namespace {
 void expect_segment(scene_from_text& s, primitive_ref p, const position& start, const vector& axis, double length,
                     double radius, double entry) {
   ASSERT_EQ(p.kind(), kind_of<cylinder>);
-  const cylinder_set& c = s.geometry().shapes<cylinder>();
-  const auto q = [&](cylinder_set::column column) { return c.at(column, p.index()); };
+  const cylinder::set& c = s.geometry().shapes<cylinder>();
+  const auto q = [&](cylinder::set::column column) { return c.at(column, p.index()); };
   EXPECT_EQ(vectors({{q(c.start_x), q(c.start_y), q(c.start_z)}, {q(c.axis_x), q(c.axis_y), q(c.axis_z)}}),
             vectors({start, axis}));
   EXPECT_EQ(reals({q(c.axis_length), q(c.radius_squared)}), reals({length, radius * radius}));
@@ -22,8 +22,8 @@ void expect_segment(scene_from_text& s, primitive_ref p, const position& start, 
 
 void expect_ball(scene_from_text& s, primitive_ref p, const position& centre, double radius, double entry) {
   ASSERT_EQ(p.kind(), kind_of<sphere>);
-  const sphere_set& b = s.geometry().shapes<sphere>();
-  const auto q = [&](sphere_set::column column) { return b.at(column, p.index()); };
+  const sphere::set& b = s.geometry().shapes<sphere>();
+  const auto q = [&](sphere::set::column column) { return b.at(column, p.index()); };
   EXPECT_EQ(position(q(b.center_x), q(b.center_y), q(b.center_z)), centre);
   EXPECT_EQ(q(b.radius_squared), radius * radius);
   EXPECT_EQ(s.material_of(p)->diffuse, colour(entry, 0, 0));
@@ -54,7 +54,7 @@ TEST(geometry_block, line_records) {
   for (int i = 0; i < 2; ++i) {
     const auto* steps = dynamic_cast<const contour_material*>(s.material_of(objects[4 + i]));
     ASSERT_TRUE(objects[4 + i].kind() == kind_of<cylinder> && steps != nullptr && !steps->continuous());
-    const cylinder_set& c = s.geometry().shapes<cylinder>();
+    const cylinder::set& c = s.geometry().shapes<cylinder>();
     const std::uint32_t k = objects[4 + i].index();
     EXPECT_EQ(std::make_pair(c.value_start(k), c.value_end(k)), std::make_pair(0.5 + i, 1.5 + i));
   }
@@ -79,7 +79,7 @@ TEST(geometry_block, radii_as_they_stand_at_each_record_polygons_and_symbols) {
   for (const primitive_ref p : {objects[0], objects[3]}) {
     ASSERT_EQ(p.kind(), kind_of<triangle>);
     EXPECT_EQ(s.material_of(p)->diffuse, colour(1, 0, 0));
-    const triangle_set& t = s.geometry().shapes<triangle>();
+    const triangle::set& t = s.geometry().shapes<triangle>();
     double root[2];
     ASSERT_TRUE(t.candidates(p.index(), 1, ray(position(0.25, 0.25, 1), direction(0, 0, -1)), root));
     EXPECT_EQ(root[0], 1.0);

@@ -49,7 +49,7 @@ TEST(polygon_split, halves_depth_first_into_triangles_that_carry_their_corner_da
       SCOPED_TRACE(std::to_string(n) + " " + style);
       scene_from_text s(polygon_scene(n, style));
       const auto pieces = s.primitives();
-      const triangle_set& triangles = s.geometry().shapes<triangle>();
+      const triangle::set& triangles = s.geometry().shapes<triangle>();
       ASSERT_EQ(pieces.size(), expected.size());
       for (std::size_t t = 0; t < pieces.size(); ++t) {
         const auto* table = dynamic_cast<const contour_material*>(s.material_of(pieces[t]));
