@@ -42,7 +42,7 @@ class cylinder::set {
   double value_start(std::uint32_t i) const { return values_[i].start; }
   double value_end(std::uint32_t i) const { return values_[i].end; }
 
-  // The reference test, two cylinders at a time.
+  // The operations of cylinder::intersect, two cylinders at a time.
   bool candidates(std::uint32_t first, std::uint32_t count, const ray& r, double* t) const;
   // The normal away from the axis at `p` (also on the inside wall) and the
   // data value interpolated along the axis.

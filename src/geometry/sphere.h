@@ -31,7 +31,7 @@ class sphere::set {
   std::size_t size() const { return columns_.size(); }
   double at(column q, std::uint32_t i) const { return columns_.at(q, i); }
 
-  // The reference test, two spheres at a time.
+  // The operations of sphere::intersect, two spheres at a time.
   bool candidates(std::uint32_t first, std::uint32_t count, const ray& r, double* t) const;
   // The outward normal at `p`, also for a ray from inside; `value` is left alone.
   void surface(std::uint32_t i, const position& p, hit_record& hit) const;

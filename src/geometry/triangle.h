@@ -83,7 +83,7 @@ class triangle::set {
   direction corner_normal(std::uint32_t i, int k) const;
   double corner_value(std::uint32_t i, int k) const;
 
-  // The reference test, two triangles at a time.
+  // The operations of triangle::intersect, two triangles at a time.
   bool candidates(std::uint32_t first, std::uint32_t count, const ray& r, double* t) const;
   // The corner normals and values interpolated with the weights of `p`,
   // the normal normalised; the same from either side.
