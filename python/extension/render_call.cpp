@@ -91,12 +91,13 @@ void run_interruptibly(const std::function<void()>& job, std::atomic<bool>& stop
 
 using pixel_array = nb::ndarray<nb::numpy, unsigned char, nb::ndim<3>>;
 
-// Renders the scene in `file` (closed once read); returns the pixels, the
-// object count and the progress lines.
-nb::tuple render(c_file file, int threads, int band_index, int band_count) {
+// Renders the scene in `file` (closed once read), with the corner mark or
+// without; returns the pixels, the object count and the progress lines.
+nb::tuple render(c_file file, int threads, int band_index, int band_count, bool mark) {
   render_request request;
   request.threads = threads;
   request.band = {band_index, band_count};
+  request.mark = mark;
   std::atomic<bool> stop{false};
   request.stop = &stop;
   auto picture = std::make_unique<memory_picture>();
@@ -115,7 +116,7 @@ void install_fatal_handler() { set_fatal_handler(throw_failure); }
 void bind_render_call(nb::module_& m) {
   m.def(
       "render_file",
-      [](const nb::object& path, int threads, int band_index, int band_count) {
+      [](const nb::object& path, int threads, int band_index, int band_count, bool mark) {
         const std::string name = nb::cast<std::string>(path);
         std::error_code error;
         errno = std::filesystem::is_directory(name, error) ? EISDIR : 0;
@@ -124,17 +125,17 @@ void bind_render_call(nb::module_& m) {
           PyErr_SetFromErrnoWithFilenameObject(PyExc_OSError, path.ptr());
           throw nb::python_error();
         }
-        return render(c_file(file), threads, band_index, band_count);
+        return render(c_file(file), threads, band_index, band_count, mark);
       },
-      nb::arg("path"), nb::arg("threads"), nb::arg("band_index"), nb::arg("band_count"),
+      nb::arg("path"), nb::arg("threads"), nb::arg("band_index"), nb::arg("band_count"), nb::arg("mark"),
       "Renders the scene file at `path`: (pixels, objects, progress).");
   m.def(
       "render_pieces",
-      [](const nb::list& pieces, int threads, int band_index, int band_count) {
+      [](const nb::list& pieces, int threads, int band_index, int band_count, bool mark) {
         scene_source source(pieces);
-        return render(c_file(source.open()), threads, band_index, band_count);
+        return render(c_file(source.open()), threads, band_index, band_count, mark);
       },
-      nb::arg("pieces"), nb::arg("threads"), nb::arg("band_index"), nb::arg("band_count"),
+      nb::arg("pieces"), nb::arg("threads"), nb::arg("band_index"), nb::arg("band_count"), nb::arg("mark"),
       "Renders the scene made of `pieces` (see SceneText): (pixels, objects, progress).");
 }
 

@@ -54,7 +54,7 @@ class picture_file : public render_output {
 int run_program(int argc, char** argv) {
   const char* program = argv[0];
   if (argc <= 2) {
-    std::fprintf(stderr, "usage: %s input_data.ren output_image.rgb\n", program);
+    std::fprintf(stderr, "usage: %s input_data.ren output_image.rgb [-band i/n] [-threads N] [-nomark]\n", program);
     return 1;
   }
   run_options options;
@@ -65,6 +65,7 @@ int run_program(int argc, char** argv) {
   request.band = options.band;
   request.threads = options.threads;
   request.program = program;
+  request.mark = options.mark;
   picture_file picture(argv[2]);
   render_scene(std::move(scene_file), request, picture);
   picture.close();
