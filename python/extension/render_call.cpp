@@ -20,6 +20,7 @@
 #include <thread>
 #include <vector>
 
+#include "driver/band_pixels.h"
 #include "driver/render_job.h"
 #include "scene_source.h"
 #include "support/fatal_error.h"
@@ -34,20 +35,14 @@ namespace {
 class memory_picture : public render_output {
  public:
   void scene_read(std::size_t count) override { objects = count; }
-  void start(int w, int h) override {
-    width = w;
-    height = h;
-    pixels.assign(static_cast<std::size_t>(w) * h * 3, 0);
-  }
+  void start(int width, int rows) override { pixels.reset(width, rows); }
   void progress(const std::string& line) override { lines += line; }
   void put_row(int row, int channel, const std::uint16_t* samples) override {
-    unsigned char* top_first = pixels.data() + static_cast<std::size_t>(height - 1 - row) * width * 3;
-    for (int x = 0; x < width; ++x) top_first[3 * x + channel] = static_cast<unsigned char>(samples[x]);
+    pixels.put_row(row, channel, samples);
   }
 
   std::size_t objects = 0;
-  int width = 0, height = 0;
-  std::vector<unsigned char> pixels;
+  band_pixels pixels;
   std::string lines;
 };
 
@@ -103,8 +98,9 @@ nb::tuple render(c_file file, int threads, int band_index, int band_count, bool 
   auto picture = std::make_unique<memory_picture>();
   run_interruptibly([&] { render_scene(std::move(file), request, *picture); }, stop);
 
-  const std::size_t shape[3] = {static_cast<std::size_t>(picture->height), static_cast<std::size_t>(picture->width), 3};
-  auto* pixels = new std::vector<unsigned char>(std::move(picture->pixels));
+  const std::size_t shape[3] = {static_cast<std::size_t>(picture->pixels.rows()),
+                                static_cast<std::size_t>(picture->pixels.width()), 3};
+  auto* pixels = new std::vector<unsigned char>(picture->pixels.take());
   nb::capsule owner(pixels, [](void* p) noexcept { delete static_cast<std::vector<unsigned char>*>(p); });
   return nb::make_tuple(pixel_array(pixels->data(), 3, shape, owner), picture->objects, picture->lines);
 }

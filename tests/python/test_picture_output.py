@@ -1,5 +1,6 @@
 """test_picture_output.py - render(mark=False) is the program's -nomark
-picture, which differs from the marked one only in the mark's corner."""
+picture, which differs from the marked one only in the mark's corner; the
+program's PNG output is the very PNG that Picture.save writes."""
 import inspect
 import os
 
@@ -32,3 +33,11 @@ def test_without_the_mark_only_the_corner_changes(tmp_path):
     top = sciray.render(DEMO, band=(3, 3), mark=False)
     np.testing.assert_array_equal(top.pixels, clean.pixels[:80])
 
+
+def test_the_programs_png_is_the_pictures_png(tmp_path):
+    program_png = tmp_path / "program.png"
+    result = run_sciray(DEMO, program_png, "-band", "2/3")
+    assert result.returncode == 0, result.stderr
+    saved = tmp_path / "saved.png"
+    sciray.render(DEMO, band=(2, 3)).save(saved)
+    assert program_png.read_bytes() == saved.read_bytes()
