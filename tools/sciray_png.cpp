@@ -1,7 +1,8 @@
 // sciray_png.cpp - joins the band files of one picture into a PNG:
 //   sciray-png out.png band1.rgb [band2.rgb ...]
-// Band 1 is the bottom of the picture. Every band file is checked before
-// the PNG is started, and the PNG is written under a temporary name that is
+// Band 1 is the bottom of the picture. An output that is one of the band
+// files is refused, and every band file is checked, before the PNG is
+// started, and the PNG is written under a temporary name that is
 // renamed only on success, so a failure never leaves a partial picture (a
 // device or a pipe as the output is written directly).
 #include <sys/stat.h>
@@ -16,6 +17,7 @@
 #include "band_join.h"
 #include "image/png_write.h"
 #include "support/fatal_error.h"
+#include "support/same_file.h"
 
 namespace {
 
@@ -58,7 +60,9 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: sciray-png out.png band1.rgb [band2.rgb ...]\n");
     return 1;
   }
-  sciray::band_join bands(std::vector<std::string>(argv + 2, argv + argc));
+  const std::vector<std::string> inputs(argv + 2, argv + argc);
+  sciray::refuse_output_over_input(argv[0], argv[1], inputs);
+  sciray::band_join bands(inputs);
   output_name = argv[1];
   write_joined(bands);
   return 0;

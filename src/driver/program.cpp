@@ -11,6 +11,7 @@
 #include "driver/render_job.h"
 #include "support/c_file.h"
 #include "support/fatal_error.h"
+#include "support/same_file.h"
 
 namespace sciray {
 
@@ -36,6 +37,7 @@ int run_program(int argc, char** argv) {
   run_options options;
   if (!parse_run_options(argc, argv, options)) fail(program, ": -threads needs a positive number");
   c_file scene_file = open_scene(program, argv[1]);
+  refuse_output_over_input(program, argv[2], {argv[1]});
 
   render_request request;
   request.band = options.band;

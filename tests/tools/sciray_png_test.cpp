@@ -81,6 +81,20 @@ TEST(sciray_png, bad_input_leaves_no_png) {
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 
+TEST(sciray_png, an_output_that_is_a_band_file_is_refused) {
+  const std::string b1 = band("b1.rgb", 6, 3, 0), b2 = band("b2.rgb", 6, 3, 3);
+  const bytes b2_bytes = file_bytes(b2);
+  std::filesystem::create_symlink(b2, scratch_dir() + "/link.png");
+  std::filesystem::create_hard_link(b2, scratch_dir() + "/hard.png");
+  for (const std::string& out : {b2, scratch_dir() + "/link.png", scratch_dir() + "/hard.png"}) {
+    const run_result r = run_program(SCIRAY_PNG_BINARY, {out, b1, b2});
+    EXPECT_EQ(r.status, 1) << out;
+    EXPECT_EQ(r.err, SCIRAY_PNG_BINARY + std::string(": output file ") + out + " is the same file as input " + b2 + "\n");
+    EXPECT_EQ(file_bytes(b2), b2_bytes);
+  }
+  EXPECT_TRUE(std::filesystem::is_symlink(scratch_dir() + "/link.png"));
+}
+
 TEST(sciray_png, large_picture_from_a_small_file) {
   // 2000 by 2000 pixels whose rows all share one compressed row of 7s: a
   // 48 KB file that the tool streams into a PNG row by row.
