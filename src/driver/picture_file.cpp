@@ -25,14 +25,14 @@ picture_file::picture_file(const char* program, std::string name)
 void picture_file::scene_read(std::size_t objects) { std::printf("Number of objects : %zu\n\n", objects); }
 
 void picture_file::start(int width, int rows) {
-  if (!png_) {
-    image_ = iopen(name_.c_str(), "w", 257, 3, static_cast<unsigned>(width), static_cast<unsigned>(rows), 3);
-    return;
-  }
-  stream_ = std::fopen(name_.c_str(), "wb");
+  stream_ = file_.create(name_);
   if (!stream_) fatal("iopen: can't open output file " + name_);
-  remove_on_fatal(name_);
-  pixels_.reset(width, rows);
+  if (png_) {
+    pixels_.reset(width, rows);
+  } else {
+    image_ = fiopen(std::exchange(stream_, nullptr), 257, 3, static_cast<unsigned>(width),
+                    static_cast<unsigned>(rows), 3);
+  }
 }
 
 void picture_file::progress(const std::string& line) {
@@ -55,10 +55,10 @@ void picture_file::close() {
                                         [this](std::uint32_t y) { return pixels_.row_from_top(static_cast<int>(y)); });
     if (!error.empty()) fail(error);
     if (std::fclose(std::exchange(stream_, nullptr)) != 0) fail(std::string("error on write: ") + std::strerror(errno));
-    keep_on_fatal(name_);
-  } else {
-    iclose(std::exchange(image_, nullptr));
+  } else if (iclose(std::exchange(image_, nullptr)) != 0) {
+    fail(std::string("error on write: ") + std::strerror(errno));
   }
+  if (!file_.finish()) fail(std::string("can't put the picture in place: ") + std::strerror(errno));
 }
 
 void picture_file::fail(const std::string& reason) const { fatal(program_ + (": " + name_ + ": " + reason)); }

@@ -1,8 +1,8 @@
 // picture_file.h - the program's output: the object count and the progress
 // lines on standard output, and the picture file, the run-length-encoded
 // SGI picture or, for a name ending in ".png", a PNG of the same pixels.
-// The file is made when the first row is about to come and finished by
-// close(); an error before then removes it.
+// The file is made when the first row is about to come, under a temporary
+// name (see output_file.h), and put in place by close().
 #pragma once
 
 #include <cstdint>
@@ -11,6 +11,7 @@
 
 #include "driver/band_pixels.h"
 #include "driver/render_job.h"
+#include "support/output_file.h"
 
 namespace sciray {
 
@@ -25,7 +26,7 @@ class picture_file : public render_output {
   void start(int width, int rows) override;
   void progress(const std::string& line) override;
   void put_row(int row, int channel, const std::uint16_t* samples) override;
-  // Finishes the picture, if one was begun.
+  // Finishes the picture, if one was begun, and puts it in place.
   void close();
 
  private:
@@ -34,7 +35,8 @@ class picture_file : public render_output {
   const char* program_;
   std::string name_;
   bool png_;
-  std::FILE* stream_ = nullptr;  // the PNG file, until it is closed
+  output_file file_;
+  std::FILE* stream_ = nullptr;  // the file, until the picture owns it or it is closed
   image_file* image_ = nullptr;  // the SGI picture being written
   band_pixels pixels_;           // the rows of a PNG, until they are all there
 };
