@@ -16,6 +16,14 @@ namespace sciray {
 
 namespace {
 
+// The file `name` leads to, links followed; `name` itself if it is none.
+std::string resolved(const std::string& name) {
+  char* real = ::realpath(name.c_str(), nullptr);
+  const std::string path = real ? real : name;
+  std::free(real);
+  return path;
+}
+
 // Lists `path` for removal after an error or a signal, or takes it off.
 void list_unfinished(const std::string& path) {
   remove_on_fatal(path);
@@ -65,12 +73,7 @@ std::FILE* output_file::create(const std::string& name) {
     if (fd < 0) return nullptr;
     ::close(fd);
     direct = info.st_uid != ::geteuid() && ::geteuid() != 0;
-    if (is_link) {
-      char* real = ::realpath(name.c_str(), nullptr);
-      direct = direct || !real;
-      if (real) target_ = real;
-      std::free(real);
-    }
+    if (is_link) target_ = resolved(name);
   }
   if (!direct) {
     // A process id is unique among the processes alive; a file left by a
@@ -85,7 +88,7 @@ std::FILE* output_file::create(const std::string& name) {
   const signals_held held;
   std::FILE* file = std::fopen(name.c_str(), "wb");
   if (file && ::stat(name.c_str(), &info) == 0 && S_ISREG(info.st_mode)) {
-    written_ = name;
+    written_ = resolved(name);  // the file, not a link to it
     list_unfinished(written_);
   }
   return file;

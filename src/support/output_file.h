@@ -7,8 +7,9 @@
 //
 // A device or a pipe (/dev/stdout, say) is written directly, as is an
 // output that cannot be replaced by renaming (a link to nowhere, another
-// user's file, a file in a directory this process may not write); a regular
-// file written directly is removed after an error or a signal.
+// user's file, a file in a directory this process may not write, a name
+// too long to add to); a regular file written directly is removed after an
+// error or a signal.
 #pragma once
 
 #include <cstdio>

@@ -102,7 +102,9 @@ TEST(output_file, an_error_removes_what_was_begun_and_keeps_what_was_there) {
   set_fatal_handler([](const std::string& line) { throw stopped(line); });
   const std::string old = write_scratch_file("old.rgb", "old");
   const std::string longest = scratch_dir() + "/" + std::string(251, 'q') + ".rgb";
-  for (const std::string& name : {old, scratch_dir() + "/new.rgb", longest}) {
+  const std::string dangling = scratch_dir() + "/dangling.rgb";
+  fs::create_symlink("made.rgb", dangling);
+  for (const std::string& name : {old, scratch_dir() + "/new.rgb", longest, dangling}) {
     output_file file;
     std::FILE* stream = file.create(name);
     ASSERT_NE(stream, nullptr);
@@ -112,7 +114,8 @@ TEST(output_file, an_error_removes_what_was_begun_and_keeps_what_was_there) {
     std::fclose(stream);
   }
   set_fatal_handler(nullptr);
-  EXPECT_EQ(names_in(scratch_dir()), std::vector<std::string>{"old.rgb"});
+  // The file made through the link goes, the link stays.
+  EXPECT_EQ(names_in(scratch_dir()), (std::vector<std::string>{"dangling.rgb", "old.rgb"}));
   EXPECT_EQ(read_file(old), "old");
 }
 
