@@ -70,6 +70,20 @@ colour tracer::transmit(ray_state& state) const {
   return c;
 }
 
+colour tracer::transmit_through(ray_state& state, const colour& filter, const material* medium) const {
+  const position from = state.hit_point();
+  const colour weight = state.weight * filter;
+  ray_state next;
+  if (state.target_at_infinity) {
+    // The light's direction, normalised again like every new ray's.
+    next = spawned_state(state, transmission_ray, from, normalise(state.r.dir), weight, medium);
+    next.target_at_infinity = true;
+  } else {
+    next = transmission_state(state, from, state.target, weight, medium);
+  }
+  return filter * transmit(next);
+}
+
 light_contribution tracer::gather_light(const ray_state& at, const shading_point& p) const {
   light_contribution sum;
   if (!lighting_) {

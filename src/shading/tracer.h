@@ -34,6 +34,10 @@ class tracer {
   // The fraction of each channel that reaches the end of the shadow ray
   // `state` through transparent bodies.
   colour transmit(ray_state& state) const;
+  // What a transparent body at the hit of the shadow ray `state` lets
+  // through: `filter` times what reaches the end of the ray that goes on
+  // from the hit in `medium`, its weight that of `state` times `filter`.
+  colour transmit_through(ray_state& state, const colour& filter, const material* medium) const;
   // The light of every light at `p`, the hit of `at`, with the world's ambient.
   light_contribution gather_light(const ray_state& at, const shading_point& p) const;
 
