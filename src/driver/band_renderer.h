@@ -24,16 +24,17 @@
 
 namespace sciray {
 
-class world;
+class tracer;
 
 struct band_scene {
   const camera& cam;
-  const world& scene;
+  const tracer& tracing;
   const screen_window& window;
   band_rows rows;
   const render_settings& settings;
   std::size_t objects;  // for the progress lines
   rand_stream start;    // the random stream as reading left it
+  bool mark = true;     // stamp the corner mark
   // When set, the threads stop between rows; the output has then had the
   // rows before the stop (or nothing, when no row was done).
   const std::atomic<bool>* stop = nullptr;
