@@ -39,7 +39,6 @@ READ_SECONDS = 2.0  # a reader's time for a small input (the program gives any f
 FORMATS = ("vtk", "vtu", "ply", "obj", "stl", "msh", "off", "mesh", "meshb", "inp", "avs", "su2", "dat", "tec",
            "bdf", "nas", "fem", "f3grid", "ugrid", "wkt", "xdmf", "vol", "mdpa", "post")
 EMPTY_BAND = (1, 2147483647)  # no picture has a row in it
-_folder = tempfile.TemporaryDirectory(prefix="sciray-import-fuzz-")  # removed at exit
 
 
 def split(data: bytes) -> tuple[str, list[str], bytes]:
@@ -52,8 +51,15 @@ def split(data: bytes) -> tuple[str, list[str], bytes]:
 
 
 def test_one_input(data: bytes) -> None:
+    # A folder of its own for each case: libFuzzer ends the process without
+    # Python's exit handlers, so a folder kept for the run would stay behind.
+    with tempfile.TemporaryDirectory(prefix="sciray-import-fuzz-") as folder:
+        _convert(data, folder)
+
+
+def _convert(data: bytes, folder: str) -> None:
     extension, arguments, contents = split(data)
-    path = os.path.join(_folder.name, "mesh." + extension)
+    path = os.path.join(folder, "mesh." + extension)
     with open(path, "wb") as f:
         f.write(contents)
     try:
