@@ -1,8 +1,9 @@
-"""What sciray's Python programs (sciray-import, sciray-farm) share about
-their outputs: an output that is one of the inputs is refused before
-anything is written, and a signal (INT, TERM, HUP, XCPU) ends the program
-through the clean-up of what it had begun writing, with the status that
-signal gives.
+"""What sciray's Python programs (sciray-import, sciray-farm) and the
+package's savers share about their outputs: an output that is one of the
+inputs is refused before anything is written; an output is written under a
+temporary name beside it and put in place only when complete; and a signal
+(INT, TERM, HUP, XCPU) ends a program through the clean-up of what it had
+begun writing, with the status that signal gives.
 
 A caught signal becomes the exception `interrupted`, raised in the main
 thread wherever it is, so that the ``finally`` blocks that remove a partial
@@ -12,8 +13,10 @@ runs on nodes without numpy."""
 from __future__ import annotations
 
 import contextlib
+import errno
 import os
 import signal
+import stat
 import sys
 import threading
 from typing import Callable, Iterable, Iterator, NoReturn
@@ -53,6 +56,50 @@ def same_file(outputs: Iterable[str], inputs: Iterable[str]) -> str | None:
         if source is not None:
             return "output file %s is the same file as input %s" % (path, source)
     return None
+
+
+@contextlib.contextmanager
+def written_whole(path: str) -> Iterator[str]:
+    """The name to write the output `path` under: a new, empty file
+    PATH.PID.tmp beside it (beside the file a symbolic link leads to), with
+    the permissions the output would get (those of the file it replaces, or
+    0666 less the umask). When the block ends, it is renamed to `path`; when
+    the block raises (a failure, a signal), it is removed, and a file
+    already under `path` stays as it was. A device or pipe (/dev/stdout) is
+    written directly.
+
+    >>> with written_whole("scene.ren") as partial:       # doctest: +SKIP
+    ...     with open(partial, "w") as out:
+    ...         out.write(text)
+    """
+    try:
+        replaced = os.stat(path)
+    except OSError:
+        replaced = None
+    if replaced is not None and not stat.S_ISREG(replaced.st_mode):
+        yield path
+        return
+    target = os.path.realpath(path)
+    partial = None
+    with signals_held():  # the file is made and noted as one step
+        for attempt in range(100):  # a file left by a process killed outright is passed over
+            name = "%s.%d%s.tmp" % (target, os.getpid(), "-%d" % attempt if attempt else "")
+            try:
+                os.close(os.open(name, os.O_WRONLY | os.O_CREAT | os.O_EXCL | os.O_CLOEXEC, 0o666))
+            except FileExistsError:
+                continue
+            partial = name
+            break
+        else:
+            raise FileExistsError(errno.EEXIST, "no free temporary name beside it", path)
+    try:
+        if replaced is not None:
+            os.chmod(partial, stat.S_IMODE(replaced.st_mode))
+        yield partial
+        os.replace(partial, target)
+    finally:
+        if os.path.lexists(partial):
+            os.unlink(partial)
 
 
 _held = 0  # the depth of signals_held() in the main thread

@@ -1,11 +1,13 @@
 # join.py - joins a scene's bands into OUT/NAME.png with sciray-png and the
 # pictures into a movie with ffmpeg, in the container its file name's
 # extension names. Both are written under a temporary name that is renamed
-# when complete, so a failure or an interrupt never leaves a partial file.
+# when complete (sciray-png does so itself), so a failure or an interrupt
+# never leaves a partial file.
 import os
 import subprocess
 import tempfile
 
+from .._program_outputs import written_whole
 from . import children
 
 # H.264 and the other codecs in yuv420p play everywhere, but need even sizes.
@@ -57,22 +59,24 @@ def join_scene(sciray_png, out_dir, tasks):
     return run_tool([sciray_png, picture_path(out_dir, tasks[0].scene), *parts])
 
 
+class _failed(Exception):
+    """A tool's error: the movie is not put in place."""
+
+
 def make_movie(pictures, movie, fps):
     """Encodes the pictures, in file-name order, into the movie; an error or None."""
     container, codec = movie_format(movie)
-    temporary = f'{movie}.{os.getpid()}.tmp'
     try:
-        with tempfile.TemporaryDirectory() as frames:
+        with written_whole(movie) as partial, tempfile.TemporaryDirectory() as frames:
             # ffmpeg reads a numbered sequence; links give the pictures those numbers.
             for number, picture in enumerate(sorted(pictures, key=os.path.basename)):
                 os.symlink(os.path.abspath(picture), os.path.join(frames, f'{number:06d}.png'))
             error = run_tool(['ffmpeg', '-nostdin', '-loglevel', 'error', '-y', '-framerate', format(fps, 'g'),
-                              '-i', os.path.join(frames, '%06d.png'), *codec, '-f', container, temporary])
-        if error is None:
-            os.replace(temporary, movie)
+                              '-i', os.path.join(frames, '%06d.png'), *codec, '-f', container, partial])
+            if error is not None:
+                raise _failed(error)
+    except _failed as failure:
+        return str(failure)
     except OSError as e:
-        error = f"can't write {movie}: {e.strerror}"
-    finally:
-        if os.path.exists(temporary):
-            os.remove(temporary)
-    return error
+        return f"can't write {movie}: {e.strerror}"
+    return None

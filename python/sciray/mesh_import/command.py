@@ -6,7 +6,7 @@ import sys
 
 import numpy as np
 
-from .._program_outputs import run, same_file
+from .._program_outputs import run, same_file, written_whole
 from . import banding, field_choice, framing, iso_lines, mesh_reading, options, scene_text, surface
 from .failure import conversion_error
 
@@ -150,16 +150,11 @@ def _write_file(plan, path):
     """Writes the scene beside its final name and moves it there when
     complete, so that a failed or interrupted run leaves no half-written
     scene."""
-    partial = "%s.%d.tmp" % (path, os.getpid())
     try:
-        with open(partial, "x") as out:
+        with written_whole(path) as partial, open(partial, "w") as out:
             _write(plan, out)
-        os.replace(partial, path)
     except OSError as failure:
         raise conversion_error("cannot write %s: %s" % (path, failure.strerror)) from None
-    finally:
-        if os.path.lexists(partial):
-            os.unlink(partial)
 
 
 def scene_for(mesh, chosen, name):
