@@ -1,0 +1,50 @@
+// simd_path.cpp - the processor's vector instructions, asked once.
+#include "math/simd_path.h"
+
+#include <atomic>
+
+namespace sciray {
+
+namespace {
+
+simd_path widest_supported() {
+  if (simd_supported(simd_path::avx512)) return simd_path::avx512;
+  if (simd_supported(simd_path::avx2)) return simd_path::avx2;
+  return simd_path::sse2;
+}
+
+std::atomic<simd_path>& chosen() {
+  static std::atomic<simd_path> path{widest_supported()};
+  return path;
+}
+
+}  // namespace
+
+bool simd_supported(simd_path path) {
+  switch (path) {
+    case simd_path::plain:
+    case simd_path::sse2:
+      return true;  // every x86-64 has SSE2
+    case simd_path::avx2:
+      return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt");
+    case simd_path::avx512:
+      return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("popcnt");
+  }
+  return false;
+}
+
+simd_path active_simd_path() { return chosen().load(std::memory_order_relaxed); }
+
+void force_simd_path(simd_path path) { chosen().store(path, std::memory_order_relaxed); }
+
+const char* simd_path_name(simd_path path) {
+  switch (path) {
+    case simd_path::plain: return "plain";
+    case simd_path::sse2: return "sse2";
+    case simd_path::avx2: return "avx2";
+    case simd_path::avx512: return "avx512";
+  }
+  return "?";
+}
+
+}  // namespace sciray
