@@ -10,6 +10,7 @@
 #include "environment/noise.h"
 #include "math/rand_stream.h"
 #include "math/vector.h"
+#include "shading/walks_ahead.h"
 
 namespace sciray {
 
@@ -24,6 +25,8 @@ struct render_context {
   noise_registry noise;    // the shared noise lattice, made on first use
 
   std::array<position, 19> light_samples{};  // area-light sample positions of the current point
+
+  pixel_walks ahead;  // the walks made ahead for the sample being traced
 };
 
 }  // namespace sciray
