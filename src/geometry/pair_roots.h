@@ -14,18 +14,18 @@ namespace sciray {
 // The roots of shapes first .. first + count - 1 of `set`, whose quantities
 // are `columns`, into t[0 .. count); false when none is a number.
 template <typename Set, std::size_t N>
-bool pair_roots(const Set& set, const shape_columns<N>& columns, std::uint32_t first, std::uint32_t count,
+[[gnu::always_inline]] inline bool pair_roots(const Set& set, const shape_columns<N>& columns, std::uint32_t first, std::uint32_t count,
                 const ray& r, double* t) {
   using L = sse2_lanes;
   const auto every = lane_ray<L>::every_lane(r);
-  bool any = false;
+  L::m numbers = L::none();
   for (std::uint32_t i = 0; i < count; i += 2) {
     const std::uint32_t k = first + i;
     const L::v roots = fast_root<L>(set, every, [&](std::size_t q) { return L::load(columns[q] + k); });
     L::store(t + i, roots);
-    any = any || L::any(L::ordered(roots));
+    numbers = L::either(numbers, L::ordered(roots));
   }
-  return any;
+  return L::any(numbers);
 }
 
 }  // namespace sciray

@@ -1,26 +1,10 @@
 // simd_path.cpp - the processor's vector instructions, asked once.
 #include "math/simd_path.h"
 
-#include <atomic>
-
 namespace sciray {
 
-namespace {
-
-simd_path widest_supported() {
-  if (simd_supported(simd_path::avx512)) return simd_path::avx512;
-  if (simd_supported(simd_path::avx2)) return simd_path::avx2;
-  return simd_path::sse2;
-}
-
-std::atomic<simd_path>& chosen() {
-  static std::atomic<simd_path> path{widest_supported()};
-  return path;
-}
-
-}  // namespace
-
 bool simd_supported(simd_path path) {
+  __builtin_cpu_init();  // may be asked before the library's own start-up has run
   switch (path) {
     case simd_path::plain:
     case simd_path::sse2:
@@ -33,9 +17,11 @@ bool simd_supported(simd_path path) {
   return false;
 }
 
-simd_path active_simd_path() { return chosen().load(std::memory_order_relaxed); }
-
-void force_simd_path(simd_path path) { chosen().store(path, std::memory_order_relaxed); }
+simd_path widest_simd_path() {
+  if (simd_supported(simd_path::avx512)) return simd_path::avx512;
+  if (simd_supported(simd_path::avx2)) return simd_path::avx2;
+  return simd_path::sse2;
+}
 
 const char* simd_path_name(simd_path path) {
   switch (path) {
