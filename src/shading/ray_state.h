@@ -63,11 +63,12 @@ inline ray_state spawned_state(const ray_state& parent, int kind, const position
 }
 
 // A transmission ray from `origin` heading for `target`; it ends there.
+// (point_light::lone_shadow_ray makes the same ray with ray_between.)
 inline ray_state transmission_state(const ray_state& parent, const position& origin, const position& target,
                                     const colour& weight, const material* medium) {
-  const bounded_ray between = ray_between(origin, target);
-  ray_state s = spawned_state(parent, transmission_ray, between.r, weight, medium);
-  s.max_distance = between.limit;
+  const vector to_target = target - origin;
+  ray_state s = spawned_state(parent, transmission_ray, origin, normalise(to_target), weight, medium);
+  s.max_distance = length(to_target);
   s.target = target;
   return s;
 }
