@@ -145,7 +145,7 @@ class group_walker {
     while (active) {
       if (current->leaf()) {
         found_ |= leaves_.test_group(active, *current);
-      } else if (step<may_be_flat>(nodes, nodes[current->first], active, inside, current)) {
+      } else if (step<may_be_flat>(nodes[current->first], active, inside, current)) {
         continue;
       }
       pop(active, inside, current);
@@ -156,11 +156,8 @@ class group_walker {
   // Tests the node's children; true when the group goes on into one of
   // them (`current`, with its lanes), false when no ray entered either.
   template <bool may_be_flat>
-  [[gnu::always_inline]] bool step(const hierarchy_node* nodes, const hierarchy_node& node, unsigned& active,
-                                   unsigned& inside, const hierarchy_child*& current) {
-    // The boxes of the children's children are fetched while these are tested.
-    for (const hierarchy_child& c : node.child)
-      if (!c.leaf()) __builtin_prefetch(&nodes[c.first].boxes);
+  [[gnu::always_inline]] bool step(const hierarchy_node& node, unsigned& active, unsigned& inside,
+                                   const hierarchy_child*& current) {
     const v limit = distance();
     const group_box_result<L> t0 = inside ? enter_box<L, true, may_be_flat>(node.boxes, 0, group_, limit)
                                           : enter_box<L, false, may_be_flat>(node.boxes, 0, group_, limit);
