@@ -13,11 +13,13 @@ class Picture:
 
     Attributes:
         pixels: ``(height, width, 3)`` uint8 array, row 0 the top of the
-            picture, corner mark included.
+            picture, corner mark included unless rendered with ``mark=False``.
         objects: the number of objects in the scene (the program's
             "Number of objects" line).
         progress: the progress lines, one per row, each with its line end,
             exactly as the program prints them.
+        mark: whether the corner mark is stamped into the pixels (False for
+            ``render(..., mark=False)``, the program's ``-nomark``).
 
     >>> picture = sciray.render("examples/demo.ren")          # doctest: +SKIP
     >>> picture.pixels.shape                                  # doctest: +SKIP
@@ -25,7 +27,7 @@ class Picture:
     >>> picture.save("demo.png")                              # doctest: +SKIP
     """
 
-    def __init__(self, pixels: np.ndarray, objects: int = 0, progress: str = "") -> None:
+    def __init__(self, pixels: np.ndarray, objects: int = 0, progress: str = "", mark: bool = True) -> None:
         pixels = np.asarray(pixels)
         if pixels.dtype != np.uint8 or pixels.ndim != 3 or pixels.shape[2] != 3:
             raise ValueError("pixels must be a (height, width, 3) uint8 array, not %s %s"
@@ -33,6 +35,7 @@ class Picture:
         self.pixels = pixels
         self.objects = int(objects)
         self.progress = str(progress)
+        self.mark = bool(mark)
 
     @property
     def width(self) -> int:
@@ -51,7 +54,8 @@ class Picture:
     def save(self, path: str | os.PathLike) -> None:
         """Writes the picture: a PNG for a name ending in ".png", the program's
         run-length-encoded SGI picture (the very bytes ``sciray`` writes) for
-        ".rgb".
+        ".rgb". The file is put in place only once complete; a failed save
+        leaves an earlier file of that name as it was.
 
         >>> picture.save("out.rgb")                           # doctest: +SKIP
         """
@@ -63,8 +67,6 @@ class Picture:
             raise ValueError("the picture is empty (a band with no rows) and has nothing to save")
         if kind == ".rgb" and max(self.pixels.shape[:2]) > 65535:
             raise ValueError("an SGI picture holds at most 65535 rows and columns")
-        # Opening here gives the usual exceptions (FileNotFoundError, PermissionError, ...).
-        open(name, "wb").close()
         pixels = np.ascontiguousarray(self.pixels)
         (_sciray.save_png if kind == ".png" else _sciray.save_rgb)(pixels, name)
 
