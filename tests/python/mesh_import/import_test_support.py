@@ -61,7 +61,7 @@ def flat_lit(scene_text):
     highlight or reflection either, every surface shows exactly the colour
     of its colour-map entry (times 255, truncated)."""
     text = scene_text.replace("on true", "on false")
-    return re.sub(r"^  ambient .*$", "  ambient 1 1 1", text, count=1, flags=re.M)
+    return re.sub(r"(lighting_001 0 \{\s*ambient) [^\n]*", r"\1 1 1 1", text, count=1)
 
 
 def colour_entries(scene_text):
