@@ -3,6 +3,7 @@ picture unscaled beside the colour bar of its colour key, with an optional
 title above it and a caption below."""
 from __future__ import annotations
 
+import math
 import os
 import textwrap
 
@@ -11,23 +12,18 @@ import numpy as np
 from .colour_key import ColourKey
 from .picture import Picture
 
-# Sizes in points (1/72 inch) and pixels at the figure's resolution.
+# Text sizes in points; distances in pixels of the figure.
 _TEXT, _TITLE = 9.0, 12.0
-_MARGIN = 12          # pixels around everything
-_GAP = 14             # pixels between the picture and the bar, and around the texts
-_BAR_WIDTH = 16       # pixels
-_STEPS = 256          # bands of the gradient of a continuous key
+_MARGIN = 12          # around everything
+_GAP = 14             # between the picture and the bar, and around the texts
+_BAR_WIDTH = 16
+_STEPS = 256          # steps of the gradient of a continuous key
 _MOST_TICKS = 11
 
 
-def _layout_pixels(fig, renderer, artist) -> tuple:
-    """Width and height of what an artist draws, in pixels."""
-    box = artist.get_window_extent(renderer) if hasattr(artist, "get_text") else artist.get_tightbbox(renderer)
-    return box.width, box.height, box
-
-
-def _thinned(values: np.ndarray) -> np.ndarray:
-    step = int(np.ceil(len(values) / _MOST_TICKS))
+def _thinned(values) -> np.ndarray:
+    values = np.asarray(values)
+    step = math.ceil(len(values) / _MOST_TICKS)
     return values[::step] if step > 1 else values
 
 
@@ -38,28 +34,27 @@ def _draw_key(bar, key: ColourKey) -> None:
     from matplotlib.colors import BoundaryNorm, ListedColormap
 
     low, high = key.edges[0], key.edges[-1]
-    if key.style == "continuous":
-        ends = key.scale([low, high])
-        scaled = np.linspace(ends[0], ends[1], _STEPS + 1)
-        steps = 10 ** scaled if key.log else scaled
-        colours = key.colour_at(steps[:-1] + np.diff(steps) / 2)
-    else:
-        steps, colours = np.array(key.edges), key.colours
     if key.log:
         bar.set_yscale("log")
     if key.style == "lines":
         bar.set_facecolor("white")
         for level in key.lines:
             bar.axhline(level, color=key.colour_at([level])[0], linewidth=2.5)
-        ticks = np.array(key.lines)
+        ticks = key.lines
     else:
+        if key.style == "continuous":
+            scaled = np.linspace(*key.scale([low, high]), _STEPS + 1)
+            steps = 10 ** scaled if key.log else scaled
+            colours = key.colour_at(steps[:-1] + np.diff(steps) / 2)
+        else:
+            steps, colours = np.array(key.edges), key.colours
         count = len(colours)
         bar.pcolormesh([0, 1], steps, np.arange(count)[:, None], cmap=ListedColormap(colours),
                        norm=BoundaryNorm(np.arange(count + 1) - 0.5, count), shading="flat", antialiased=False,
                        edgecolors="none")
         for level in key.lines:
             bar.axhline(level, color=key.line_colour, linewidth=1.0)
-        ticks = np.array(key.edges)
+        ticks = key.edges
     bar.set_xlim(0, 1)
     bar.set_ylim(low, high)
     bar.set_xticks([])
@@ -71,21 +66,52 @@ def _draw_key(bar, key: ColourKey) -> None:
     bar.set_ylabel(key.label, fontsize=_TEXT)
 
 
-def _draw_missing(box, key: ColourKey) -> None:
+def _draw_missing(swatch, key: ColourKey) -> None:
     """A swatch of the colour of points without a value, named beside it."""
-    box.set_facecolor(key.missing_colour)
-    box.set_xticks([])
-    box.set_yticks([])
-    box.yaxis.set_label_position("right")
-    box.set_ylabel("no value", fontsize=_TEXT, rotation=0, ha="left", va="center")
+    swatch.set_facecolor(key.missing_colour)
+    swatch.set_xticks([])
+    swatch.set_yticks([])
+    swatch.yaxis.set_label_position("right")
+    swatch.set_ylabel("no value", fontsize=_TEXT, rotation=0, ha="left", va="center")
+
+
+class _layout:
+    """Places axes and texts in pixels, measured from the figure's lower
+    left corner, on a figure whose size is settled last."""
+
+    def __init__(self, fig, dpi):
+        from matplotlib.backends.backend_agg import FigureCanvasAgg
+
+        self.fig, self.dpi = fig, dpi
+        self.renderer = FigureCanvasAgg(fig).get_renderer()
+        self.places = {}
+
+    def size_of(self, artist):
+        box = artist.get_window_extent(self.renderer)
+        return math.ceil(box.width), math.ceil(box.height)
+
+    def axes(self, x, y, width, height):
+        axes = self.fig.add_axes([0, 0, 1, 1])
+        self.places[axes] = (x, y, width, height)
+        return axes
+
+    def settle(self, width, height):
+        """Sets the figure's size and puts every axes in its place."""
+        self.fig.set_size_inches(width / self.dpi, height / self.dpi)
+        for axes, (x, y, w, h) in self.places.items():
+            axes.set_position([x / width, y / height, w / width, h / height])
+
+    def right_edge(self):
+        """How far right the axes reach, with their ticks and labels."""
+        return max(axes.get_tightbbox(self.renderer).x1 for axes in self.places)
 
 
 def figure(picture: Picture, key: ColourKey | None = None, *, title: str | None = None,
            caption: str | None = None, path: str | os.PathLike | None = None, dpi: float = 100):
     """A matplotlib Figure of the picture, one picture pixel to one figure
-    pixel (placed as an image, unscaled, in PDF and SVG), beside the colour
-    bar of its colour key: the field's name and units, ticks at the band
-    edges (or at the contour levels), the scene's own colours.
+    pixel, beside the colour bar of its colour key: the field's name and
+    units, ticks at the band edges (or at the contour levels), the scene's
+    own colours.
 
     Args:
         picture: a Picture; render one without the corner mark for a paper.
@@ -94,64 +120,66 @@ def figure(picture: Picture, key: ColourKey | None = None, *, title: str | None 
             one the figure holds the picture alone, with its texts.
         title: a line above the picture.
         caption: text below the picture, wrapped to the figure's width.
-        path: when given, the figure is also written there: PNG, PDF or
-            SVG by the name's ending, at `dpi`.
-        dpi: pixels per inch, which sets the size of the texts and of a
-            raster figure's pixels (a picture pixel is always one of them).
+        path: when given, the figure is also written there, in the format
+            its name ends in: a PNG holds the picture's pixels exactly; PDF
+            and SVG hold them as an image of their own, unscaled.
+        dpi: pixels per inch: sets the size of the texts against the picture.
 
     >>> scene = sciray.from_mesh("examples/torus.vtk", units="°C")          # doctest: +SKIP
     >>> sciray.figure(sciray.render(scene), title="Torus", path="torus.pdf")  # doctest: +SKIP
     """
-    from matplotlib.backends.backend_agg import FigureCanvasAgg
     from matplotlib.figure import Figure
 
     key = picture.colour_key if key is None else key
     height, width = picture.height, picture.width
     fig = Figure(dpi=dpi, facecolor="white")
-    renderer = FigureCanvasAgg(fig).get_renderer()
-    point = dpi / 72.0
-    title_text = fig.text(0, 0, title or "", fontsize=_TITLE, ha="center", va="bottom") if title else None
-    caption_text = fig.text(0, 0, caption or "", fontsize=_TEXT, ha="left", va="top") if caption else None
+    place = _layout(fig, dpi)
+    title_text = fig.text(0, 0, title, fontsize=_TITLE, ha="center", va="bottom") if title else None
+    caption_text = fig.text(0, 0, caption, fontsize=_TEXT, ha="left", va="top") if caption else None
     if caption_text is not None:
-        line, _, _ = _layout_pixels(fig, renderer, caption_text)
-        room = max(width, 200)
+        line = place.size_of(caption_text)[0]
+        room = max(width, 240)
         if line > room:
-            caption_text.set_text(textwrap.fill(caption, max(10, int(len(caption) * room / line))))
-    caption_h = _layout_pixels(fig, renderer, caption_text)[1] + _GAP if caption_text is not None else 0
-    title_h = _layout_pixels(fig, renderer, title_text)[1] + _GAP if title_text is not None else 0
-    bottom = _MARGIN + caption_h
-    right = _MARGIN + width
-    bar = swatch = None
+            caption_text.set_text(textwrap.fill(caption, max(10, len(caption) * room // line)))
+    below = place.size_of(caption_text)[1] + _GAP if caption_text is not None else 0
+    above = place.size_of(title_text)[1] + _GAP if title_text is not None else 0
+    bottom, right = _MARGIN + below, _MARGIN + width
+    picture_axes = place.axes(_MARGIN, bottom, width, height)
+    picture_axes.set_axis_off()
+    picture_axes.imshow(picture.pixels, interpolation="none", aspect="auto", extent=(0, width, 0, height))
     if key is not None:
-        swatch_h = 2 * _BAR_WIDTH if key.missing else 0
-        bar_h = max(0.8 * height - swatch_h, 4 * _TEXT * point)
-        bar_bottom = bottom + (height - bar_h + swatch_h) / 2
-        bar = fig.add_axes([0, 0, 1, 1])
-        _draw_key(bar, key)
-        positions = {bar: (right + _GAP, bar_bottom, _BAR_WIDTH, bar_h)}
+        swatch_height = 2 * _BAR_WIDTH if key.missing else 0
+        bar_height = max(0.8 * height - swatch_height, 4 * _TEXT * dpi / 72)
+        bar_bottom = bottom + (height - bar_height + swatch_height) / 2
+        _draw_key(place.axes(right + _GAP, bar_bottom, _BAR_WIDTH, bar_height), key)
         if key.missing:
-            swatch = fig.add_axes([0, 0, 1, 1])
-            _draw_missing(swatch, key)
-            positions[swatch] = (right + _GAP, bar_bottom - swatch_h, _BAR_WIDTH, _BAR_WIDTH)
-    total_h = bottom + height + title_h + _MARGIN
-    total_w = right + _MARGIN
-    if bar is not None:
-        fig.set_size_inches(total_w / dpi, total_h / dpi)
-        for axes, (x, y, w, h) in positions.items():
-            axes.set_position([x / total_w, y / total_h, w / total_w, h / total_h])
-        reach = max(axes.get_tightbbox(renderer).x1 for axes in positions)
-        total_w = int(np.ceil(reach)) + _MARGIN
-    total_w = max(total_w, int(np.ceil(_layout_pixels(fig, renderer, title_text)[0])) + 2 * _MARGIN
-                  if title_text is not None else total_w)
-    fig.set_size_inches(total_w / dpi, total_h / dpi)
-    if bar is not None:
-        for axes, (x, y, w, h) in positions.items():
-            axes.set_position([x / total_w, y / total_h, w / total_w, h / total_h])
-    fig.figimage(picture.pixels, xo=_MARGIN, yo=bottom, origin="upper")
+            _draw_missing(place.axes(right + _GAP, bar_bottom - swatch_height, _BAR_WIDTH, _BAR_WIDTH), key)
+    total_height = bottom + height + above + _MARGIN
+    place.settle(right + _MARGIN, total_height)
+    total_width = max(math.ceil(place.right_edge()) + _MARGIN,
+                      place.size_of(title_text)[0] + 2 * _MARGIN if title_text is not None else 0)
+    place.settle(total_width, total_height)
     if title_text is not None:
-        title_text.set_position(((_MARGIN + width / 2) / total_w, (bottom + height + _GAP) / total_h))
+        centre = min(max(_MARGIN + width / 2, _MARGIN + place.size_of(title_text)[0] / 2), total_width / 2)
+        title_text.set_position((centre / total_width, (bottom + height + _GAP) / total_height))
     if caption_text is not None:
-        caption_text.set_position((_MARGIN / total_w, (bottom - _GAP) / total_h))
+        caption_text.set_position((_MARGIN / total_width, (bottom - _GAP) / total_height))
     if path is not None:
-        fig.savefig(path, dpi=dpi, facecolor="white")
+        _save(fig, picture, (_MARGIN, bottom), os.fspath(path))
     return fig
+
+
+def _save(fig, picture: Picture, at: tuple, path: str) -> None:
+    """Writes the figure. A PNG is drawn by matplotlib and gets the
+    picture's own pixels at their place (`at`: its lower left corner, in
+    pixels from the figure's); other formats are matplotlib's, the vector
+    ones with the picture as an image of its own."""
+    if not os.fsdecode(path).lower().endswith(".png"):
+        fig.savefig(path, dpi=fig.dpi, facecolor="white")
+        return
+    fig.canvas.draw()
+    pixels = np.array(fig.canvas.buffer_rgba())[:, :, :3]
+    left, bottom = at
+    top = len(pixels) - bottom - picture.height
+    pixels[top:top + picture.height, left:left + picture.width] = picture.pixels
+    Picture(pixels).save(path)
