@@ -55,8 +55,10 @@ def box(mesh, name):
 
 def _edge_pairs(triangles):
     """Each edge of the triangles once, as (n, 2) point indices."""
-    ends = np.sort(triangles[:, [0, 1, 1, 2, 2, 0]].reshape(-1, 2), axis=1)
-    return np.unique(ends, axis=0) if len(ends) else ends
+    ends = np.sort(triangles[:, [0, 1, 1, 2, 2, 0]].reshape(-1, 2), axis=1).astype(np.int64)
+    span = int(ends.max(initial=0)) + 1
+    first, _ = normals.grouped(ends[:, 0] * span + ends[:, 1])
+    return ends[first]
 
 
 class plan:

@@ -15,6 +15,24 @@ from . import surface
 _SAME_PLACE = 1e-10
 
 
+def _grouped(order, starts):
+    """(first, group) for items sorted by `order`, where `starts` marks the
+    first of each run of equal items: the item that comes first in each
+    run, and each item's run number."""
+    group = np.empty(len(order), dtype=np.int64)
+    group[order] = np.cumsum(starts) - 1
+    return order[starts], group
+
+
+def grouped(keys):
+    """(first, group): for integer keys, the position of the first key of
+    each value (in the order of the values) and the number of each key's
+    value. (numpy's unique does this too, in several times the time.)"""
+    order = np.argsort(keys, kind="stable")
+    ordered = keys[order]
+    return _grouped(order, np.r_[True, ordered[1:] != ordered[:-1]])
+
+
 def welded(points):
     """For each point, the first point at its place (to within rounding)."""
     finite = np.isfinite(points).all(axis=1)
@@ -22,8 +40,10 @@ def welded(points):
     low = where[finite].min(axis=0) if finite.any() else np.zeros(3)
     span = float(np.ptp(where[finite], axis=0).max()) if finite.any() else 0.0
     cells = np.round((where - low) / (span * _SAME_PLACE or 1.0)).astype(np.int64)
-    _, first, index = np.unique(cells, axis=0, return_index=True, return_inverse=True)
-    return first[index.reshape(-1)]
+    order = np.lexsort(cells.T[::-1])
+    ordered = cells[order]
+    first, group = _grouped(order, np.r_[True, (ordered[1:] != ordered[:-1]).any(axis=1)])
+    return first[group]
 
 
 def _faces(triangles, points):
@@ -72,6 +92,5 @@ def split_smooth(triangles, places, points, feature_angle):
     normals[flat] = np.repeat(unit, 3, axis=0)[flat]
     normals /= np.where(flat, 1.0, length)[:, None]
     # One new point per point and group.
-    keys = triangles.reshape(-1).astype(np.int64) * len(group) + group
-    _, first, new_index = np.unique(keys, return_index=True, return_inverse=True)
+    first, new_index = grouped(triangles.reshape(-1).astype(np.int64) * len(group) + group)
     return triangles.reshape(-1)[first], new_index.reshape(-1, 3), normals[first]

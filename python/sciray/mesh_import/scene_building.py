@@ -11,6 +11,9 @@ from . import banding, colour_maps
 
 # Radii of lines and of the balls of vertex cells, per unit of the mesh's size.
 _LINE_RADIUS = 0.003
+# Decimals of the normals written: the renderer makes them unit vectors
+# again, and a millionth of a radian is far below what shading shows.
+_NORMAL_DECIMALS = 6
 _SYMBOL_RADIUS = 0.02
 _PLAIN, _DARK, _FLOOR = (0.78, 0.78, 0.76), (0.06, 0.06, 0.06), (0.92, 0.92, 0.92)
 
@@ -78,16 +81,17 @@ def _surface(plan, scene, plain, missing):
     contour table in the chosen style, the others in the colour of points
     without a value; a plain surface when the style is lines."""
     corners, points = plan.corners, plan.points[plan.origins]
+    normals = np.round(plan.normals, _NORMAL_DECIMALS)
     if plan.values is None:
-        scene.add_mesh(points, corners, normals=plan.normals, material=plain)
+        scene.add_mesh(points, corners, normals=normals, material=plain)
         return
     values = plan.values[plan.origins]
     valued = ~np.isnan(values[corners]).any(axis=1)
     if plan.chosen.style == "lines":
-        scene.add_mesh(points, corners[valued], normals=plan.normals, material=plain)
+        scene.add_mesh(points, corners[valued], normals=normals, material=plain)
     else:
-        scene.add_mesh(points, corners[valued], np.nan_to_num(values), plan.normals, style=plan.chosen.style)
-    scene.add_mesh(points, corners[~valued], normals=plan.normals, material=missing)
+        scene.add_mesh(points, corners[valued], np.nan_to_num(values), normals, style=plan.chosen.style)
+    scene.add_mesh(points, corners[~valued], normals=normals, material=missing)
 
 
 def _lines_and_symbols(plan, scene, plain, dark, missing):

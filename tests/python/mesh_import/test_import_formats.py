@@ -151,7 +151,7 @@ class formats_test(unittest.TestCase):
         tilted = np.cross(far, [1, 0, 0])
         expected = np.pi / 2 * np.array([0, 0, 1]) + thin * tilted / np.linalg.norm(tilted)
         for record in support.records(scene, "gr_poly_fill"):
-            np.testing.assert_allclose(record["norm"][:3], expected / np.linalg.norm(expected), atol=1e-9)
+            np.testing.assert_allclose(record["norm"][:3], expected / np.linalg.norm(expected), atol=1e-6)
 
         # A cube keeps its faces flat below a feature angle of 90 degrees, and
         # is rounded off above it.
@@ -166,9 +166,9 @@ class formats_test(unittest.TestCase):
                     face = np.cross(corners[1] - corners[0], corners[2] - corners[0])
                     for corner, normal in zip(corners, normals):
                         if rounded:  # the mean of the three faces at the corner
-                            np.testing.assert_allclose(normal, (2 * corner - 1) / np.sqrt(3), atol=1e-9)
+                            np.testing.assert_allclose(normal, (2 * corner - 1) / np.sqrt(3), atol=1e-6)
                         else:
-                            np.testing.assert_allclose(normal, face, atol=1e-9)
+                            np.testing.assert_allclose(normal, face, atol=1e-6)
 
         points, triangles = support.plate(2)
         tilted = np.tile([0.6, 0.0, 0.8], (len(points), 1))
