@@ -59,7 +59,9 @@ def _edge_scores(u, v, factor, moves):
         if not along.any():
             continue
         residue = (b * u[along].mean(axis=1) - a * v[along].mean(axis=1)) % 1.0
-        classes = np.unique(np.round(np.stack([residue, factor[along].mean(axis=1)], axis=1), 9), axis=0)
+        rounded = np.round(np.stack([residue, factor[along].mean(axis=1)], axis=1), 9)
+        ordered = rounded[np.lexsort(rounded.T[::-1])]
+        classes = ordered[np.r_[True, (ordered[1:] != ordered[:-1]).any(axis=1)]]
         classes = classes[::max(1, len(classes) // _MOST)]
         shift = b * moves[:, 0] - a * moves[:, 1]
         moved = classes[:, 0][None, :] - shift[:, None] * classes[:, 1][None, :]

@@ -11,10 +11,10 @@ from . import banding, colour_maps
 
 # Radii of lines and of the balls of vertex cells, per unit of the mesh's size.
 _LINE_RADIUS = 0.003
+_SYMBOL_RADIUS = 0.02
 # Decimals of the normals written: the renderer makes them unit vectors
 # again, and a millionth of a radian is far below what shading shows.
 _NORMAL_DECIMALS = 6
-_SYMBOL_RADIUS = 0.02
 _PLAIN, _DARK, _FLOOR = (0.78, 0.78, 0.76), (0.06, 0.06, 0.06), (0.92, 0.92, 0.92)
 
 
@@ -94,9 +94,9 @@ def _surface(plan, scene, plain, missing):
     scene.add_mesh(points, corners[~valued], normals=normals, material=missing)
 
 
-def _lines_and_symbols(plan, scene, plain, dark, missing):
+def _lines_and_symbols(plan, scene, bands, plain, dark, missing):
     """Line cells, contour lines and the balls of vertex cells, coloured in
-    steps by the table in force."""
+    steps by the table in force (the balls by the material of their band)."""
     segments, singles = plan.parts.segments, plan.parts.singles
     if plan.values is None:
         scene.add_lines(plan.points[segments], plain)
@@ -111,8 +111,8 @@ def _lines_and_symbols(plan, scene, plain, dark, missing):
     else:
         scene.add_lines(plan.iso_ends, dark)
     at = plan.values[singles]
-    bands = banding.band_of(np.nan_to_num(at), plan.low, plan.high, plan.chosen.bands)
-    scene.add_spheres(plan.points[singles], np.where(np.isnan(at), missing, bands))
+    band = np.asarray(bands)[banding.band_of(np.nan_to_num(at), plan.low, plan.high, plan.chosen.bands)]
+    scene.add_spheres(plan.points[singles], np.where(np.isnan(at), missing, band))
 
 
 def scene_of(plan):
@@ -134,7 +134,7 @@ def scene_of(plan):
         # Lines are coloured in steps: the blending table is replaced first.
         levels = banding.step_levels(plan.low, plan.high, chosen.bands)
         scene.contour_table(levels, bands)
-    _lines_and_symbols(plan, scene, plain, dark, missing)
+    _lines_and_symbols(plan, scene, bands, plain, dark, missing)
     if plan.floor is not None:
         scene.add_mesh(plan.floor, [[0, 1, 2], [0, 2, 3]], material=floor)
     if plan.values is not None:
