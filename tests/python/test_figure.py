@@ -138,6 +138,23 @@ def test_a_continuous_key_is_the_scenes_own_blend(plate, tmp_path):
     assert len(key.lines) == 3 and key.line_colour is not None
 
 
+def test_points_without_a_value_have_their_swatch(plate, tmp_path):
+    mesh = meshio.Mesh(plate.points, plate.cells)
+    mesh.point_data["T"] = np.where(np.arange(len(plate.points)) == 40, np.nan, plate.point_data["T"])
+    with pytest.warns(UserWarning, match="no value"):
+        scene = sciray.from_mesh(mesh, nan_color="#ff00ff", style="lines", size=(120, 90))
+    key = scene.colour_key
+    assert (key.missing, key.missing_colour, key.line_colour) == (1, (1.0, 0.0, 1.0), None)
+    sciray.figure(sciray.render(scene), path=tmp_path / "f.png")
+    figure = np.asarray(Image.open(tmp_path / "f.png").convert("RGB"))
+    top, left = _where(figure, sciray.render(scene).pixels)
+    beside = figure[:, left + 120:]
+    assert (beside == (255, 0, 255)).all(axis=2).sum() > 100
+    # The lines style: the band colours as lines on a plain bar.
+    for rgb in np.round(255 * key.colour_at(key.lines)).astype(int):
+        assert (np.abs(beside.astype(int) - rgb).max(axis=2) <= 1).any()
+
+
 def test_without_a_key_the_figure_holds_the_picture_alone(tmp_path):
     scene = sciray.Scene()
     scene.render(width=64, height=48)
