@@ -18,12 +18,10 @@ def _save(scene, path):
 
 
 def _figure_path(chosen, scene_path):
-    """Where the figure of a scene goes: --figure's name for one scene, or
-    beside the scene when --figure names a kind (png, pdf, svg)."""
+    """Where the figure of a scene goes: --figure's name, or beside the
+    scene when --figure names a kind (png, pdf, svg)."""
     kind = options.figure_kind(chosen.figure)
-    if chosen.out is not None and chosen.figure.lower() != kind:
-        return chosen.figure
-    return os.path.splitext(scene_path)[0] + "." + kind
+    return chosen.figure if chosen.figure.lower() != kind else os.path.splitext(scene_path)[0] + "." + kind
 
 
 def _write_figure(chosen, scene, scene_path):

@@ -243,6 +243,8 @@ def _arranged(options):
             raise conversion_error("--per-step-range is for a series written with --out-dir")
     else:
         options.meshes, options.out = options.paths, None
+        if options.figure and options.figure.lower() not in FIGURE_KINDS:
+            raise conversion_error("with --out-dir, --figure takes png, pdf or svg: a figure beside each scene")
     return options
 
 

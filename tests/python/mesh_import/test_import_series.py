@@ -103,7 +103,7 @@ class series_test(unittest.TestCase):
         blocker = os.path.join(self.folder, "a file")
         open(blocker, "w").close()
         for args, words in [([paths[0], twin], ["step0.ren"]), ([series, paths[0]], ["time series", "alone"]),
-                            ([paths[0]], ["cannot make"])]:
+                            ([paths[0], "--figure", "one.png"], ["--figure takes png"]), ([paths[0]], ["cannot make"])]:
             with self.subTest(args=args):
                 result = support.run_import(*args, "--out-dir", blocker if words == ["cannot make"] else self.out)
                 self.assertEqual(result.returncode, 1)
