@@ -37,11 +37,10 @@ def range_of(values, fixed=None):
 
 def field_range(chosen_field, fixed=None, log=False):
     """The range the bands divide, on their scale (see range_of): `fixed`
-    when given, else the field's own, its positive part on a log scale."""
+    when given (above 0 on a log scale, as the options check), else the
+    field's own, its positive part on a log scale."""
     if fixed is None:
         return range_of(own_scaled_range(chosen_field, log))
-    if log and fixed[0] <= 0:
-        raise conversion_error("--range needs a positive LO with --log, not %g" % fixed[0])
     return range_of(None, tuple(scaled(np.asarray(fixed, dtype=float), log)))
 
 
