@@ -14,11 +14,13 @@ class Picture:
 
     Attributes:
         pixels: ``(height, width, 3)`` uint8 array, row 0 the top of the
-            picture, corner mark included.
+            picture, corner mark included unless rendered with ``mark=False``.
         objects: the number of objects in the scene (the program's
             "Number of objects" line).
         progress: the progress lines, one per row, each with its line end,
             exactly as the program prints them.
+        mark: whether the corner mark is stamped into the pixels (False for
+            ``render(..., mark=False)``, the program's ``-nomark``).
         colour_key: what the colours mean (a ColourKey), taken from the
             Scene it was rendered from; None for a scene file, or a scene
             not coloured by a field.
@@ -29,7 +31,7 @@ class Picture:
     >>> picture.save("demo.png")                              # doctest: +SKIP
     """
 
-    def __init__(self, pixels: np.ndarray, objects: int = 0, progress: str = "",
+    def __init__(self, pixels: np.ndarray, objects: int = 0, progress: str = "", mark: bool = True,
                  colour_key: ColourKey | None = None) -> None:
         pixels = np.asarray(pixels)
         if pixels.dtype != np.uint8 or pixels.ndim != 3 or pixels.shape[2] != 3:
@@ -38,6 +40,7 @@ class Picture:
         self.pixels = pixels
         self.objects = int(objects)
         self.progress = str(progress)
+        self.mark = bool(mark)
         self.colour_key = colour_key
 
     @property

@@ -15,6 +15,7 @@ import pytest
 from PIL import Image
 
 import sciray
+from conftest import picture_at
 
 pytest.importorskip("matplotlib")
 
@@ -26,16 +27,6 @@ def plate():
     corner = np.arange(81).reshape(9, 9)[:-1, :-1].ravel()
     quads = np.stack([corner, corner + 1, corner + 10, corner + 9], axis=1)
     return meshio.Mesh(points, [("quad", quads)], point_data={"T": 300 + 50 * points[:, 0]})
-
-
-def _where(haystack, needle):
-    """(row, column) of the needle image in the haystack, or None."""
-    rows, columns = needle.shape[:2]
-    for y in range(haystack.shape[0] - rows + 1):
-        for x in np.flatnonzero((haystack[y] == needle[0, 0]).all(axis=1)):
-            if x + columns <= haystack.shape[1] and np.array_equal(haystack[y:y + rows, x:x + columns], needle):
-                return y, x
-    return None
 
 
 def _runs(column):
@@ -91,7 +82,7 @@ def test_the_pictures_pixels_beside_a_bar_of_the_scenes_colours(plate, tmp_path)
     colours = [tuple(int(round(255 * c)) for c in rgb) for rgb in scene.colour_key.colours]
     sciray.figure(picture, title="A plate", caption="Temperature across a plate. " * 5, path=tmp_path / "f.png")
     figure = np.asarray(Image.open(tmp_path / "f.png").convert("RGB"))
-    top, left = _where(figure, picture.pixels)
+    top, left = picture_at(figure, picture.pixels)
     # Right of the picture, a column runs through the band colours, bottom to top, as blocks.
     bar = [[run for run in _runs(figure[top:top + picture.height, x]) if run != (255, 255, 255)]
            for x in range(left + picture.width, figure.shape[1])]
@@ -121,7 +112,7 @@ def test_a_continuous_key_is_the_scenes_own_blend(plate, tmp_path):
     picture = sciray.render(scene)
     sciray.figure(picture, path=tmp_path / "f.png")
     figure = np.asarray(Image.open(tmp_path / "f.png").convert("RGB")).astype(int)
-    top, left = _where(figure, picture.pixels)
+    top, left = picture_at(figure, picture.pixels)
     beside = figure[top:top + picture.height, left + picture.width:]
     # The bar: the columns coloured the furthest up and down; its middle one,
     # inside the frame, from the top down.
@@ -147,7 +138,7 @@ def test_points_without_a_value_have_their_swatch(plate, tmp_path):
     assert (key.missing, key.missing_colour, key.line_colour) == (1, (1.0, 0.0, 1.0), None)
     sciray.figure(sciray.render(scene), path=tmp_path / "f.png")
     figure = np.asarray(Image.open(tmp_path / "f.png").convert("RGB"))
-    top, left = _where(figure, sciray.render(scene).pixels)
+    top, left = picture_at(figure, sciray.render(scene).pixels)
     beside = figure[:, left + 120:]
     assert (beside == (255, 0, 255)).all(axis=2).sum() > 100
     # The lines style: the band colours as lines on a plain bar.
@@ -164,7 +155,7 @@ def test_without_a_key_the_figure_holds_the_picture_alone(tmp_path):
     assert picture.colour_key is None
     figure = sciray.figure(picture, path=tmp_path / "alone.png")
     written = np.asarray(Image.open(tmp_path / "alone.png").convert("RGB"))
-    assert _where(written, picture.pixels) is not None
+    assert picture_at(written, picture.pixels) is not None
     assert written.shape[1] < picture.width + 40 and len(figure.axes) == 1
 
 

@@ -30,7 +30,7 @@ def _write_figure(chosen, scene, scene_path):
 
     path = _figure_path(chosen, scene_path)
     try:
-        figure(render(scene), title=chosen.title, caption=chosen.caption, path=path)
+        figure(render(scene, mark=False), title=chosen.title, caption=chosen.caption, path=path)
     except OSError as failure:
         raise conversion_error("cannot write %s: %s" % (path, failure.strerror or failure)) from None
     return path

@@ -9,8 +9,11 @@ import unittest
 
 import meshio
 import numpy as np
+from PIL import Image
 
 import import_test_support as support
+import sciray
+from conftest import picture_at
 
 
 def _blocks(text, keyword):
@@ -50,15 +53,21 @@ class series_test(unittest.TestCase):
 
     def test_steps_share_one_contour_table_and_one_camera(self):
         paths = self.steps_as_files()
-        result = self.run_ok(*paths, "--out-dir", self.out, "--contour-lines", "3", "--figure", "png")
+        result = self.run_ok(*paths, "--out-dir", self.out, "--contour-lines", "3", "--figure", "png",
+                             "--size", "160x120")
         names, texts = self.scenes()
         self.assertEqual(names, ["step0.ren", "step1.ren", "step2.ren"])
         self.assertEqual(len({tuple(_blocks(t, "contour_table_001")) for t in texts}), 1)
         self.assertEqual(len({tuple(_blocks(t, "viewing_001")) for t in texts}), 1)
         # One range, from the lowest value of the first step to the highest of the last.
         self.assertEqual(result.stdout.count("from 0 to 5 in 8"), 3)
+        # A figure beside each scene, holding its picture without the corner mark.
         for name in names:
-            self.assertTrue(os.path.isfile(os.path.join(self.out, name[:-4] + ".png")), name)
+            scene = sciray.Scene.load(os.path.join(self.out, name))
+            with Image.open(os.path.join(self.out, name[:-4] + ".png")) as figure:
+                held = np.asarray(figure.convert("RGB"))
+            for mark, found in ((False, True), (True, False)):
+                self.assertEqual(picture_at(held, sciray.render(scene, mark=mark).pixels) is not None, found)
         # The camera takes in every step: each plate (what does not change with the
         # sky's colour) lies inside the picture, further right step by step.
         lefts = []
