@@ -3,6 +3,8 @@ linear or a logarithmic scale, the contour tables that colour surfaces and
 lines with them, and the band of a value. On a log scale the scene holds
 the logarithms of the values, so that the renderer's linear blending and
 the contour lines follow the log scale too."""
+import math
+
 import numpy as np
 
 from .failure import conversion_error
@@ -25,13 +27,24 @@ def scaled(values, log):
     return result
 
 
+MOST_BANDS = 256
+# A range narrower than this share of its values is one value but for
+# rounding: its band edges could not all differ.
+_NARROWEST = 1e-12
+
+
 def range_of(values, fixed=None):
     """The range the bands divide: `fixed` when given, else the values' own.
-    A field of one value gets a range around it, so that it has bands."""
+    A field of one value (to within rounding) gets a range around it, so
+    that it has bands."""
     low, high = fixed if fixed is not None else (float(np.min(values)), float(np.max(values)))
-    if low == high:
-        half = 0.5 * max(abs(low), 1.0)
-        low, high = low - half, high + half
+    if high - low <= _NARROWEST * max(abs(low), abs(high)):
+        centre = low + (high - low) / 2
+        half = 0.5 * max(abs(centre), 1.0)
+        low, high = centre - half, centre + half
+    if not math.isfinite((float(high) - float(low)) * (MOST_BANDS + 1)):
+        raise conversion_error("the range from %g to %g is too wide to divide into bands; give a narrower --range"
+                               % (low, high))
     return float(low), float(high)
 
 

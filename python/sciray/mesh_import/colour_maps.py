@@ -29,9 +29,14 @@ def band_colours(name, count):
 
 
 def colour(text):
-    """A colour as matplotlib reads it ("grey", "#ff00ff", "0.5", "C1"), as (r, g, b)."""
-    from matplotlib.colors import to_rgb
+    """An opaque colour as matplotlib reads it ("grey", "#ff00ff", "0.5",
+    "C1"), as (r, g, b). A see-through one ("none", "#ff00ff80") is
+    refused: the renderer would draw it opaque, in other colours."""
+    from matplotlib.colors import to_rgba
     try:
-        return tuple(float(c) for c in to_rgb(text))
+        *rgb, alpha = to_rgba(text)
     except ValueError:
-        raise conversion_error("not a colour: '%s' (a name such as grey, or #rrggbb)" % text) from None
+        alpha = None
+    if alpha != 1:
+        raise conversion_error("not an opaque colour: '%s' (a name such as grey, or #rrggbb)" % text)
+    return tuple(float(c) for c in rgb)

@@ -7,7 +7,7 @@ import os
 import re
 
 from .. import _sciray
-from . import framing
+from . import banding, framing
 from .failure import conversion_error
 
 USAGE = """sciray-import [options] MESH OUT.ren
@@ -22,6 +22,9 @@ With --out-dir it writes one scene per mesh, or per step of a time series,
 with one colour range and one camera for all."""
 STYLES = ("continuous", "bands", "lines")
 FIGURE_KINDS = ("png", "pdf", "svg")
+# Zooms beyond these make a window so narrow or so wide against the mesh
+# that the camera's numbers lose the view.
+_ZOOMS = (1e-3, 1e3)
 
 
 class _parser(argparse.ArgumentParser):
@@ -56,13 +59,6 @@ def _between(low, high, what):
             raise argparse.ArgumentTypeError("not %s from %g to %g: '%s'" % (what, low, high, text.strip()))
         return number
     return parse
-
-
-def _positive(text):
-    number = _finite(text)
-    if number <= 0:
-        raise argparse.ArgumentTypeError("not a number above 0: '%s'" % text.strip())
-    return number
 
 
 def _count(low, high):
@@ -113,7 +109,7 @@ def _field_options(parser):
                        help="the range the bands divide (default: the field's own)")
     group.add_argument("--log", action="store_true",
                        help="bands of equal ratio: the range divided on a logarithmic scale")
-    group.add_argument("--bands", type=_count(2, 256), default=8, metavar="N",
+    group.add_argument("--bands", type=_count(2, banding.MOST_BANDS), default=8, metavar="N",
                        help="number of colour bands (default 8)")
     group.add_argument("--colormap", type=_colour_map, default="viridis", metavar="NAME",
                        help="colours of the bands, low to high: any of matplotlib's colour maps, "
@@ -140,8 +136,8 @@ def _camera_options(parser):
                        help="tilt the camera up (down for negative DEG)")
     group.add_argument("--roll", type=_between(-360, 360, "degrees"), default=0.0, metavar="DEG",
                        help="turn the camera about its line of sight, as the scene's roll_angle does")
-    group.add_argument("--zoom", type=_positive, default=1.0, metavar="F",
-                       help="magnify by F (below 1: take in more around the mesh)")
+    group.add_argument("--zoom", type=_between(*_ZOOMS, "a factor"), default=1.0, metavar="F",
+                       help="magnify by F, from 0.001 to 1000 (below 1: take in more around the mesh)")
     group.add_argument("--projection", choices=framing.PROJECTIONS, default="perspective",
                        help="perspective (the default) or orthographic: parallel rays, no foreshortening")
     group.add_argument("--size", type=_size, default=(640, 480), metavar="WxH",
@@ -201,11 +197,11 @@ def _real(check):
 
 # The options of a library call and how each is checked, as on the command line.
 _KEYWORDS = {"scalar": str, "units": str, "range": _range, "log": bool,
-             "bands": lambda v: _count(2, 256)(str(v)), "colormap": _colour_map, "nan_color": _colour,
+             "bands": lambda v: _count(2, banding.MOST_BANDS)(str(v)), "colormap": _colour_map, "nan_color": _colour,
              "style": _one_of(STYLES), "contour_lines": lambda v: _count(0, 1000)(str(v)),
              "view": _one_of(tuple(framing.VIEWS)), "azimuth": _real(_between(-360, 360, "degrees")),
              "elevation": _real(_between(-360, 360, "degrees")), "roll": _real(_between(-360, 360, "degrees")),
-             "zoom": _real(_positive), "projection": _one_of(framing.PROJECTIONS), "size": _pixels,
+             "zoom": _real(_between(*_ZOOMS, "a factor")), "projection": _one_of(framing.PROJECTIONS), "size": _pixels,
              "floor": bool, "feature_angle": _real(_between(0, 180, "degrees"))}
 _MAY_BE_NONE = ("scalar", "units", "range", "contour_lines")
 

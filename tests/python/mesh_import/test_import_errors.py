@@ -90,6 +90,10 @@ class errors_test(unittest.TestCase):
         negative = self.write("negative.vtu", meshio.Mesh(self.plate.points, self.plate.cells,
                                                           point_data={"T": -1 - self.plate.points[:, 0]}))
         self.assert_fails([negative, self.scene, "--log"], "'T'", "no positive value")
+        # A range wider than the bands' arithmetic can hold.
+        huge = self.write("huge.vtu", meshio.Mesh(self.plate.points, self.plate.cells,
+                                                  point_data={"T": 1.7e308 * np.cos(self.plate.points[:, 0] * 3)}))
+        self.assert_fails([huge, self.scene, "--contour-lines", "3"], "too wide", "--range")
 
     def test_meshes_with_nothing_to_draw(self):
         # Empty files of several formats, some of which meshio cannot read.
@@ -108,8 +112,9 @@ class errors_test(unittest.TestCase):
                  (["--range", "2", "1"], "--range"), (["--range", "0", "nan"], "--range"),
                  (["--size", "3x3"], "--size"), (["--size", "wide"], "--size"),
                  (["--size", "70000x100"], "65535"), (["--zoom", "0"], "--zoom"), (["--zoom", "-1e-3"], "--zoom"),
-                 (["--view", "sideways"], "--view"), (["--colormap", "virdis"], "did you mean viridis"),
-                 (["--nan-color", "blurple"], "--nan-color"), (["--feature-angle", "200"], "--feature-angle"),
+                 (["--zoom", "1e-300"], "from 0.001 to 1000"), (["--view", "sideways"], "--view"),
+                 (["--colormap", "virdis"], "did you mean viridis"), (["--nan-color", "blurple"], "--nan-color"),
+                 (["--nan-color", "none"], "opaque"), (["--feature-angle", "200"], "--feature-angle"),
                  (["--azimuth", "1e400"], "--azimuth"), (["--style", "dots"], "--style"),
                  (["--contour-lines", "-2"], "--contour-lines"), (["--figure", "out.jpg"], "--figure"),
                  (["--per-step-range"], "--out-dir"), (["--shiny"], "--shiny")]

@@ -114,6 +114,10 @@ class fields_test(unittest.TestCase):
         self.assertEqual(result.returncode, 0, result.stderr)
         # The highest value lies at the inner points, which the surface does not show.
         self.assertIn("from %.6g to %.6g" % ((10 - centre).min(), (10 - centre).max()), result.stdout)
+        # A field of one value, but for rounding, gets a range around it.
+        path = self.write("level.vtu", 5e6 + 1e-9 * self.points[:, 0])
+        key = sciray.from_mesh(path, contour_lines=3).colour_key
+        self.assertEqual((key.edges[0], key.edges[-1]), (2.5e6, 7.5e6))
 
     def test_negative_numbers_in_scientific_notation(self):
         path = self.write("plate.vtu", self.points[:, 0] * 1e-3 - 5e-4)
