@@ -9,6 +9,7 @@ import textwrap
 
 import numpy as np
 
+from ._files import written_whole
 from .colour_key import ColourKey
 from .picture import Picture
 
@@ -120,16 +121,26 @@ def figure(picture: Picture, key: ColourKey | None = None, *, title: str | None 
             one the figure holds the picture alone, with its texts.
         title: a line above the picture.
         caption: text below the picture, wrapped to the figure's width.
-        path: when given, the figure is also written there, in the format
-            its name ends in: a PNG holds the picture's pixels exactly; PDF
-            and SVG hold them as an image of their own, unscaled.
+        path: when given, the figure is also written there, whole or not
+            at all, in the format its name ends in: a PNG holds the
+            picture's pixels exactly; PDF and SVG hold them as an image of
+            their own, unscaled (and so do matplotlib's other formats).
         dpi: pixels per inch: sets the size of the texts against the picture.
+
+    Raises:
+        ValueError: for a `path` whose ending names no format matplotlib writes.
+        OSError: when the file cannot be written; an earlier file of that
+            name stays as it was.
 
     >>> scene = sciray.from_mesh("examples/torus.vtk", units="°C")          # doctest: +SKIP
     >>> sciray.figure(sciray.render(scene), title="Torus", path="torus.pdf")  # doctest: +SKIP
     """
     from matplotlib.figure import Figure
 
+    if path is not None:
+        kind = os.path.splitext(os.fsdecode(os.fspath(path)))[1].lower()[1:]
+        if kind not in Figure().canvas.get_supported_filetypes():
+            raise ValueError("cannot tell the figure format of %r: name it .png, .pdf or .svg" % os.fspath(path))
     key = picture.colour_key if key is None else key
     height, width = picture.height, picture.width
     fig = Figure(dpi=dpi, facecolor="white")
@@ -170,12 +181,14 @@ def figure(picture: Picture, key: ColourKey | None = None, *, title: str | None 
 
 
 def _save(fig, picture: Picture, at: tuple, path: str) -> None:
-    """Writes the figure. A PNG is drawn by matplotlib and gets the
-    picture's own pixels at their place (`at`: its lower left corner, in
-    pixels from the figure's); other formats are matplotlib's, the vector
-    ones with the picture as an image of its own."""
-    if not os.fsdecode(path).lower().endswith(".png"):
-        fig.savefig(path, dpi=fig.dpi, facecolor="white")
+    """Writes the figure, whole or not at all. A PNG is drawn by matplotlib
+    and gets the picture's own pixels at their place (`at`: its lower left
+    corner, in pixels from the figure's); other formats are matplotlib's,
+    the vector ones with the picture as an image of its own."""
+    kind = os.path.splitext(os.fsdecode(path))[1].lower()
+    if kind != ".png":
+        with written_whole(path, kind) as out:
+            fig.savefig(out, format=kind[1:], dpi=fig.dpi, facecolor="white")
         return
     fig.canvas.draw()
     pixels = np.array(fig.canvas.buffer_rgba())[:, :, :3]

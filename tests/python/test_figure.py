@@ -165,3 +165,23 @@ def test_without_a_key_the_figure_holds_the_picture_alone(tmp_path):
 def test_a_colour_key_is_checked(edges, colours, style, word):
     with pytest.raises(ValueError, match=word):
         sciray.ColourKey("T", None, edges, colours, style)
+
+
+def test_a_figure_is_written_whole_or_not_at_all(plate, tmp_path, monkeypatch):
+    from matplotlib.figure import Figure
+
+    picture = sciray.render(sciray.from_mesh(plate, size=(64, 48)))
+    with pytest.raises(ValueError, match="name it .png, .pdf or .svg"):
+        sciray.figure(picture, path=tmp_path / "figure")
+    earlier = tmp_path / "f.pdf"
+    earlier.write_bytes(b"an earlier figure")
+
+    def broken(self, out, **settings):
+        out.write(b"%PDF- half a figure")
+        raise OSError(28, "No space left on device")
+
+    monkeypatch.setattr(Figure, "savefig", broken)
+    with pytest.raises(OSError, match="No space"):
+        sciray.figure(picture, path=earlier)
+    assert earlier.read_bytes() == b"an earlier figure"
+    assert sorted(p.name for p in tmp_path.iterdir()) == ["f.pdf"]
