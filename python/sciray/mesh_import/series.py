@@ -84,7 +84,10 @@ def shared_of(steps, chosen):
         box_low, box_high = conversion.box(mesh, s.source)
         low.append(box_low)
         high.append(box_high)
-        chosen_field = field_choice.choose_field(mesh, chosen.scalar)
+        try:
+            chosen_field = field_choice.choose_field(mesh, chosen.scalar)
+        except conversion_error as failure:  # the first step's field, say, missing from a later one
+            raise conversion_error("%s: %s" % (s.source, failure)) from None
         if chosen_field is not None:
             chosen.scalar = chosen_field.name
             ranges.append(banding.own_scaled_range(chosen_field, chosen.log))

@@ -109,10 +109,14 @@ class series_test(unittest.TestCase):
         with meshio.xdmf.TimeSeriesWriter(series, data_format="XML") as writer:
             writer.write_points_cells(self.points, [("triangle", self.triangles)])
             writer.write_data(0.0, point_data={"T": self.points[:, 0]})
+        other_field = os.path.join(self.folder, "step9.vtu")
+        meshio.write(other_field, meshio.Mesh(self.points, [("triangle", self.triangles)],
+                                              point_data={"p": self.points[:, 0]}))
         blocker = os.path.join(self.folder, "a file")
         open(blocker, "w").close()
         for args, words in [([paths[0], twin], ["step0.ren"]), ([series, paths[0]], ["time series", "alone"]),
-                            ([paths[0], "--figure", "one.png"], ["--figure takes png"]), ([paths[0]], ["cannot make"])]:
+                            ([paths[0], "--figure", "one.png"], ["--figure takes png"]), ([paths[0]], ["cannot make"]),
+                            ([paths[0], other_field], ["step9.vtu: no field 'T'"])]:
             with self.subTest(args=args):
                 result = support.run_import(*args, "--out-dir", blocker if words == ["cannot make"] else self.out)
                 self.assertEqual(result.returncode, 1)
