@@ -28,7 +28,8 @@ import python_target
 # processes, whose coverage the fuzzer does not see).
 with python_target.imports(__name__ == "__main__"):
     import sciray
-    from sciray.mesh_import import command, mesh_reading, options, reader_process
+    from sciray import meshes
+    from sciray.mesh_import import conversion, mesh_reading, options, reader_process, scene_building  # noqa: F401
     from sciray.mesh_import.failure import conversion_error
 with contextlib.suppress(ImportError):
     import pyvista  # noqa: F401 (loaded once here, not by each reader's child process)
@@ -69,10 +70,11 @@ def _convert(data: bytes, folder: str) -> None:
     except SystemExit:  # --help: printed, and the program would end there
         return
     try:
-        text, _ = command.scene_for(mesh_reading.read_mesh(path), chosen, path)
+        scene, _, _ = meshes.converted(mesh_reading.read_mesh(path), path, chosen)
     except conversion_error:
         return
-    sciray.render(sciray.Scene.from_text(text), threads=1, band=EMPTY_BAND)
+    # The text is what the program writes: the renderer must read it back.
+    sciray.render(sciray.Scene.from_text(scene.text()), threads=1, band=EMPTY_BAND)
 
 
 if __name__ == "__main__":

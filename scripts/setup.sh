@@ -7,7 +7,8 @@
 #
 # "demo" installs a compiler, CMake, make and libpng (without the packages
 # they merely recommend). Everything else is what the tests use: GoogleTest
-# and Google Benchmark; Python's venv and headers for the Python package, and
+# and Google Benchmark; Python's venv and headers for the Python package;
+# numpy, meshio and matplotlib for sciray-import with the system's Python;
 # the GL library the VTK wheels that its tests use load; what sciray-farm and
 # its tests use (Slurm, munge, an ssh server, GNU parallel with rsync,
 # ffmpeg); what the package test uses (dpkg-dev finds the package's library
@@ -18,7 +19,7 @@ packages=(g++ make cmake libpng-dev)
 options=(--no-install-recommends)
 if [ "${1:-}" != demo ]; then
   packages+=(libgtest-dev libbenchmark-dev python3 python3-venv python3-dev libgl1 python3-pil
-    python3-numpy python3-meshio slurm-wlm munge openssh-server parallel rsync ffmpeg
+    python3-numpy python3-meshio python3-matplotlib slurm-wlm munge openssh-server parallel rsync ffmpeg
     dpkg-dev man-db clang libfuzzer-14-dev libclang-rt-14-dev)
   options=()
 fi

@@ -17,6 +17,7 @@ import numpy as np
 
 from . import _arrays, _sciray
 from ._program_outputs import written_whole
+from .colour_key import ColourKey
 
 _INT, _REAL, _TRIPLE, _PAIR, _TRUTH = "integer", "number", "3 numbers", "2 numbers", "True or False"
 
@@ -102,6 +103,8 @@ class Scene:
     """
 
     def __init__(self) -> None:
+        #: What the colours of the scene mean (a ColourKey), when it is coloured by a field.
+        self.colour_key: ColourKey | None = None
         self._parts: list = []           # bytes and geometry records, in order
         self._materials: list[str] = []  # colour-map entries
         self._written = 0                # materials in the colour map written last
@@ -153,6 +156,10 @@ class Scene:
         self._parts.append(text.encode())
 
     # Settings
+
+    def comment(self, text: str) -> None:
+        """Comment lines: "# " and each line of `text`."""
+        self._add("".join("# %s\n" % line for line in str(text).splitlines() or [""]))
 
     def render(self, **keywords) -> None:
         """A render block: picture size, sky, atmosphere, anti-aliasing, radii...

@@ -2,7 +2,8 @@
 # render_demo_test.py - scripts/render-demo.sh on a copy of the sources,
 # with an apt-get that only notes what it is asked: it installs a compiler,
 # CMake, make and libpng and nothing the tests need, configures without the
-# tests, and renders the demo picture the built sciray renders.
+# tests and the Python module, and renders the demo picture the built sciray
+# renders.
 import filecmp
 import os
 import shutil
@@ -48,6 +49,7 @@ class render_demo(unittest.TestCase):
             cache = f.read()
         self.assertIn('SCIRAY_TESTS:BOOL=OFF', cache)
         self.assertNotIn('GTest', cache)
+        self.assertNotIn('nanobind', cache)
         self.assertTrue(os.path.isfile(os.path.join(tree, 'demo.png')))
         whole = os.path.join(work, 'demo.rgb')
         r = subprocess.run([os.path.join(BUILD, 'sciray'), os.path.join(SOURCE, 'examples', 'demo.ren'), whole],

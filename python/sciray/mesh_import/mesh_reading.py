@@ -56,6 +56,8 @@ def read_mesh(path):
         raise conversion_error("cannot read %s: not a file" % path)
     mesh, reason = reader_process.run(_read, path)
     if mesh is None:
+        if _says_empty(path):
+            raise conversion_error("%s is empty: it has no points" % path)
         raise conversion_error("cannot read %s: %s" % (path, reason))
     return mesh
 
@@ -72,6 +74,26 @@ def _read(path):
         reason = _reason(failure, chatter.getvalue())
     mesh = _legacy_vtk(path) if path.lower().endswith(".vtk") else None
     return (mesh, None) if mesh is not None and len(mesh.cells) else (None, reason)
+
+
+# How the headers of PLY and legacy VTK files say they have no points, and
+# how XML VTK files give the points of each piece.
+_NO_POINTS = (rb"\belement vertex 0\s", rb"\nPOINTS 0 ")
+_PIECE_POINTS = rb"NumberOfPoints\s*=\s*[\"'](\d+)[\"']"
+
+
+def _says_empty(path):
+    """Whether the file's header says it has no points (a PLY, legacy VTK or
+    XML VTK file with none, which meshio fails to read)."""
+    try:
+        with open(path, "rb") as f:
+            head = f.read(1 << 16)
+    except OSError:
+        return False  # the reader's reason says why
+    counts = re.findall(_PIECE_POINTS, head)
+    if counts:
+        return all(not c.strip(b"0") for c in counts)  # zeros only (a count may be too long for int)
+    return any(re.search(pattern, head) for pattern in _NO_POINTS)
 
 
 def _legacy_vtk(path):

@@ -1,10 +1,11 @@
 """test_import_outputs.py - what sciray-import does to files: a scene that
-would land on the mesh (by name, symbolic link or hard link) is refused
-before anything is written, and a signal while the scene is being written
+would land on a mesh (by name, symbolic link or hard link) is refused
+before anything is written, in a series before the first scene, and a signal while the scene is being written
 ends the program by that signal with the older scene untouched and no
 partial file left."""
 import os
 import resource
+import shutil
 import signal
 import subprocess
 import time
@@ -46,6 +47,17 @@ class outputs_test(unittest.TestCase):
                 with open(mesh, "rb") as f:
                     self.assertEqual(f.read(), original)
         self.assertEqual(sorted(os.listdir(self.folder)), ["folder", "hard.ren", "link.ren", "plate.vtu"])
+
+        # A series: every step's scene is checked before the first is written.
+        steps = self.path("steps")
+        os.mkdir(steps)
+        os.link(mesh, os.path.join(steps, "plate.ren"))
+        shutil.copy(mesh, self.path("first.vtu"))
+        result = support.run_import(self.path("first.vtu"), mesh, "--out-dir", steps)
+        self.assertEqual((result.returncode, result.stderr), (1, "sciray-import: output file %s is the same file "
+                                                                 "as input %s\n" % (os.path.join(steps, "plate.ren"),
+                                                                                    mesh)))
+        self.assertEqual(sorted(os.listdir(steps)), ["plate.ren"])
 
     def start_writing(self, mesh, scene, preexec_fn):
         """The importer started and caught while it writes the scene."""
