@@ -20,6 +20,11 @@ class common:
     view: framing.view = None
 
 
+# The largest coordinate drawn: the products of two coordinates (areas,
+# squared distances) stay finite.
+_FARTHEST = 1e150
+
+
 def points_of(mesh, used):
     """The points in three dimensions (a flat mesh lies at z = 0), checked
     where they are used."""
@@ -32,6 +37,8 @@ def points_of(mesh, used):
     points = np.pad(points, ((0, 0), (0, 3 - points.shape[1])))
     if not np.isfinite(points[used]).all():
         raise conversion_error("the mesh has points with NaN or infinite coordinates")
+    if np.abs(points[used]).max(initial=0) > _FARTHEST:
+        raise conversion_error("the mesh has points too far out to be drawn (coordinates beyond %g)" % _FARTHEST)
     return points
 
 
