@@ -31,27 +31,46 @@ def _unit(v):
     return np.asarray(v, dtype=float) / np.linalg.norm(v)
 
 
-def frame(low, high, side):
+def _turned(back, up, azimuth, elevation):
+    """The direction `back` turned by `azimuth` degrees about `up` (counter-
+    clockwise seen from above) and raised by `elevation` degrees toward
+    `up`, at most to 89 degrees above or below the horizontal."""
+    height = float(back @ up)
+    level = back - height * up
+    rise = np.clip(np.degrees(np.arctan2(height, np.linalg.norm(level))) + elevation, -89.0, 89.0)
+    turn = np.radians(azimuth)
+    level = _unit(level) * np.cos(turn) + np.cross(up, _unit(level)) * np.sin(turn)
+    return _unit(level * np.cos(np.radians(rise)) + up * np.sin(np.radians(rise)))
+
+
+def frame(low, high, side, azimuth=0.0, elevation=0.0, zoom=1.0, points=None):
     """The view of the box from `low` to `high` from `side` (a key of VIEWS):
-    +z is up in the picture, except when looking along z, where +y is."""
+    +z is up in the picture, except when looking along z, where +y is. The
+    camera then turns `azimuth` degrees about the up direction and rises
+    `elevation` degrees toward it; `zoom` above 1 narrows the window. The
+    window holds the box's corners, or the given (n, 3) `points` in it."""
     low, high = np.asarray(low, dtype=float), np.asarray(high, dtype=float)
     centre = (low + high) / 2
     size = float(np.linalg.norm(high - low)) or 1.0  # a single point still gets a view
-    back = _unit(VIEWS[side])
     up = np.array([0.0, 1.0, 0.0]) if side in ("+z", "-z") else np.array([0.0, 0.0, 1.0])
+    back = _unit(VIEWS[side])
+    if azimuth or elevation:
+        back = _turned(back, up, azimuth, elevation)
     right = _unit(np.cross(-back, up))
     true_up = np.cross(right, -back)
     eye = centre + back * _DISTANCE * size / 2
 
-    # The box's corners, seen in perspective on the window through the centre.
-    corners = np.array([[x, y, z] for x in (low[0], high[0]) for y in (low[1], high[1]) for z in (low[2], high[2])])
-    offsets = corners - eye
+    # What must be seen (the box's corners unless given), in perspective on
+    # the window through the centre.
+    if points is None:
+        points = [[x, y, z] for x in (low[0], high[0]) for y in (low[1], high[1]) for z in (low[2], high[2])]
+    offsets = np.asarray(points, dtype=float) - eye
     scale = np.linalg.norm(centre - eye) / (offsets @ -back)
     width = 2 * _MARGIN * np.max(np.abs(offsets @ right) * scale)
     height = 2 * _MARGIN * np.max(np.abs(offsets @ true_up) * scale)
     # A box that is flat when seen from this side still gets a window.
     least = 0.05 * size
-    return view(eye=eye, centre=centre, up=up, extents=(max(width, least), max(height, least)),
+    return view(eye=eye, centre=centre, up=up, extents=(max(width, least) / zoom, max(height, least) / zoom),
                 key_light=_unit(-0.5 * right + 0.8 * true_up + 0.7 * back),
                 fill_light=_unit(0.8 * right + 0.1 * true_up + 0.5 * back), size=size)
 
