@@ -14,8 +14,9 @@ program writes, as an array that shows itself in Jupyter.
 """
 from ._errors import SceneError
 from .meshes import from_mesh
+from .molecules import from_molecule, molecule_frames
 from .picture import Picture
 from .rendering import render
 from .scene import Scene
 
-__all__ = ["Picture", "Scene", "SceneError", "from_mesh", "render"]
+__all__ = ["Picture", "Scene", "SceneError", "from_mesh", "from_molecule", "molecule_frames", "render"]

@@ -1,0 +1,75 @@
+"""command.py - the run of sciray-molecule: read the structure (and its
+trajectory), plan the scenes, and write one scene, or one per chosen frame
+into a folder."""
+import os
+import sys
+
+from . import drawing, options, reading
+from .failure import molecule_error
+
+
+def _same_file(a, b):
+    return a is not None and b is not None and os.path.exists(a) and os.path.exists(b) and os.path.samefile(a, b)
+
+
+def save(scene, path):
+    """Writes the scene whole or not at all (Scene.save), with one line on failure."""
+    try:
+        scene.save(path)
+    except OSError as failure:
+        raise molecule_error("cannot write %s: %s" % (path, failure.strerror or failure)) from None
+
+
+def frame_paths(work, folder, stem):
+    """One scene name per chosen frame, STEM_FRAME.ren with the frame number
+    padded so that names sort in frame order."""
+    digits = max(4, len(str(max(work.frames))))
+    return [os.path.join(folder, "%s_%0*d.ren" % (stem, digits, frame)) for frame in work.frames]
+
+
+def _write_frames(work, folder, stem, inputs):
+    try:
+        os.makedirs(folder, exist_ok=True)
+    except OSError as failure:
+        raise molecule_error("cannot make %s: %s" % (folder, failure.strerror)) from None
+    paths = frame_paths(work, folder, stem)
+    for path in paths:
+        if any(_same_file(path, given) for given in inputs):
+            raise molecule_error("the scene %s would overwrite an input" % path)
+    for frame, path in zip(work.frames, paths):
+        save(work.scene(frame), path)
+    return paths
+
+
+def main(argv):
+    try:
+        chosen = options.parse(argv)
+        inputs = (chosen.structure, chosen.trajectory)
+        if any(_same_file(chosen.out, given) for given in inputs):
+            raise molecule_error("the scene %s would overwrite an input" % chosen.out)
+        work = drawing.plan(reading.read(chosen.structure, chosen.trajectory), chosen)
+        if chosen.out_dir is None:
+            if len(work.frames) > 1:
+                raise molecule_error("--frames chooses %d frames: write them with --out-dir DIR" % len(work.frames))
+            save(work.scene(work.frames[0]), chosen.out)
+            wrote = chosen.out
+        else:
+            stem = os.path.splitext(os.path.basename(chosen.trajectory or chosen.structure))[0]
+            paths = _write_frames(work, chosen.out_dir, stem, inputs)
+            wrote = "%d scene%s in %s" % (len(paths), "" if len(paths) == 1 else "s", chosen.out_dir)
+    except molecule_error as failure:
+        print("sciray-molecule: %s" % failure, file=sys.stderr)
+        return 1
+    except MemoryError:
+        print("sciray-molecule: out of memory", file=sys.stderr)
+        return 1
+    except Exception as failure:  # a structure that meets a case not foreseen still ends in one line
+        print("sciray-molecule: cannot convert: %s: %s" % (type(failure).__name__, failure), file=sys.stderr)
+        return 1
+    print("sciray-molecule: wrote %s: %s" % (wrote, work.summary()))
+    return 0
+
+
+def entry():
+    """The program: sciray-molecule's command line; exits with its status."""
+    sys.exit(main(sys.argv[1:]))
