@@ -15,5 +15,6 @@ fi
 export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}
 "$venv/bin/python" -m pip install -q --upgrade pip
 # build/wheel keeps the extension's build between runs.
-"$venv/bin/python" -m pip install -q -C build-dir=build/wheel ".[mesh]" pyvista pytest nbclient nbformat ipykernel
+"$venv/bin/python" -m pip install -q -C build-dir=build/wheel ".[mesh,molecules]" pyvista pytest nbclient nbformat ipykernel \
+  MDAnalysisTests
 "$venv/bin/python" -m pytest -p no:cacheprovider "$@" tests/python

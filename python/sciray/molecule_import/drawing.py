@@ -20,6 +20,7 @@ _CELL_LINE = 0.002
 # Positions are written to a ten-thousandth of an ångström: far below what a
 # picture shows, and short numbers.
 _DECIMALS = 4
+_BACKDROP = (0.95, 0.95, 0.96)
 # Above this many atoms the outline is the box, not the convex hull.
 _HULL_LIMIT = 200000
 
@@ -159,9 +160,9 @@ class plan:
         chosen, seen = self.chosen, self.view
         self.read_in.universe.trajectory[frame]
         scene = Scene()
-        scene.render(width=chosen.size[0], height=chosen.size[1], zenith=(0.93, 0.94, 0.96), horizon=(1, 1, 1),
-                     ground=(0.9, 0.9, 0.9), antialias=True, antialias_tol=0.04, antialias_depth=2,
-                     atmosphere_len=0)
+        # An even, light backdrop with no horizon across it, and clear air.
+        scene.render(width=chosen.size[0], height=chosen.size[1], zenith=_BACKDROP, horizon=_BACKDROP,
+                     ground=_BACKDROP, antialias=True, antialias_tol=0.04, antialias_depth=2, atmosphere_len=0)
         scene.camera(viewpoint=seen.eye, lookat=seen.centre, up_vector_1=seen.up, up_vector_2=(0, 1, 0),
                      extents=seen.extents, projection="perspective")
         scene.ambient((0.2, 0.2, 0.2))

@@ -80,8 +80,6 @@ def _build():
     parser.add_argument("--size", type=_size, default=(640, 480), metavar="WxH",
                         help="picture size in pixels (default 640x480)")
     parser.add_argument("--floor", action="store_true", help="a floor under the atoms, catching their shadows")
-    parser.add_argument("--figure", metavar="FIG", help="also render the scene and write a figure with a colour "
-                        "bar (.png, .pdf or .svg); for one frame, or one per frame in DIR")
     return parser
 
 
