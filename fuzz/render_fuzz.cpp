@@ -6,7 +6,6 @@
 // the reader, renders that band of the picture.
 #include <algorithm>
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +14,7 @@
 #include "scene_file/scene_reader.h"
 #include "shading/render_context.h"
 #include "shading/world.h"
+#include "support/c_file.h"
 
 using namespace sciray::fuzz;
 
@@ -23,13 +23,9 @@ namespace {
 constexpr double sample_budget = 4096;
 constexpr int depth_limit = 12;  // deeper rays are another matter (the recursion's stack)
 
-struct file_closer {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
 // The render settings of the scene, or false when reading it stops.
 bool read_settings(const memory_file& scene, sciray::render_settings& settings) {
-  const std::unique_ptr<std::FILE, file_closer> file(std::fopen(scene.path().c_str(), "r"));
+  const sciray::c_file file(std::fopen(scene.path().c_str(), "r"));
   sciray::world w;
   sciray::scene_settings s;
   sciray::render_context context;

@@ -93,7 +93,7 @@ using pixel_array = nb::ndarray<nb::numpy, unsigned char, nb::ndim<3>>;
 
 // Renders the scene in `file` (closed once read); returns the pixels, the
 // object count and the progress lines.
-nb::tuple render(scene_file_ptr file, int threads, int band_index, int band_count) {
+nb::tuple render(c_file file, int threads, int band_index, int band_count) {
   render_request request;
   request.threads = threads;
   request.band = {band_index, band_count};
@@ -124,7 +124,7 @@ void bind_render_call(nb::module_& m) {
           PyErr_SetFromErrnoWithFilenameObject(PyExc_OSError, path.ptr());
           throw nb::python_error();
         }
-        return render(scene_file_ptr(file), threads, band_index, band_count);
+        return render(c_file(file), threads, band_index, band_count);
       },
       nb::arg("path"), nb::arg("threads"), nb::arg("band_index"), nb::arg("band_count"),
       "Renders the scene file at `path`: (pixels, objects, progress).");
@@ -132,7 +132,7 @@ void bind_render_call(nb::module_& m) {
       "render_pieces",
       [](const nb::list& pieces, int threads, int band_index, int band_count) {
         scene_source source(pieces);
-        return render(scene_file_ptr(source.open()), threads, band_index, band_count);
+        return render(c_file(source.open()), threads, band_index, band_count);
       },
       nb::arg("pieces"), nb::arg("threads"), nb::arg("band_index"), nb::arg("band_count"),
       "Renders the scene made of `pieces` (see SceneText): (pixels, objects, progress).");

@@ -12,28 +12,23 @@ adaptive_sampler::adaptive_sampler(const screen_window& window, double tolerance
       step_(2 << depth_left_),
       inner_(static_cast<std::size_t>(step_ - 1) * (step_ + 1)) {}
 
-void adaptive_sampler::clear(sample_edge& edge, int r) const {
-  edge.slots.assign(static_cast<std::size_t>(step_) * window_.columns + 1, sample_slot{});
-  edge.finished.store(0, std::memory_order_relaxed);
-  edge.wanted.store(sample_edge::no_sleeper, std::memory_order_relaxed);
-  edge.below.store(r, std::memory_order_release);
-  edge.below.notify_all();
+void adaptive_sampler::clear(sample_edge& edge) const {
+  edge.assign(static_cast<std::size_t>(step_) * window_.columns + 1, sample_slot{});
 }
 
 void adaptive_sampler::sample_lower_edge(sample_edge& edge, int r, const pixel_source& source) const {
-  clear(edge, r - 1);
+  clear(edge);
   const double y = window_.edge_y(r);
   for (int c = 0; c <= window_.columns; ++c) {
-    sample_slot& s = edge.slots[static_cast<std::size_t>(c) * step_];
+    sample_slot& s = edge[static_cast<std::size_t>(c) * step_];
     s.c = source(window_.edge_x(c), y);
     s.computed = 1;
   }
-  edge.finished.store(window_.columns, std::memory_order_release);
 }
 
 sample_slot& adaptive_sampler::at(int j, int i) {
-  if (j == 0) return lower_->slots[static_cast<std::size_t>(i)];
-  if (j == step_) return upper_->slots[static_cast<std::size_t>(i)];
+  if (j == 0) return (*lower_)[static_cast<std::size_t>(i)];
+  if (j == step_) return (*upper_)[static_cast<std::size_t>(i)];
   return inner_[static_cast<std::size_t>(j - 1) * (step_ + 1) + (i - column_ * step_)];
 }
 
@@ -44,14 +39,6 @@ void adaptive_sampler::sample_into(int j, int i, double x, double y) {
 }
 
 void adaptive_sampler::begin_pixel(int c) {
-  // The row below must have finished the pixel under this one.
-  if (lower_->finished.load(std::memory_order_acquire) <= c) {
-    lower_->wanted.store(c + 1, std::memory_order_seq_cst);
-    for (int done = lower_->finished.load(std::memory_order_seq_cst); done <= c;
-         done = lower_->finished.load(std::memory_order_acquire))
-      lower_->finished.wait(done, std::memory_order_acquire);
-    lower_->wanted.store(sample_edge::no_sleeper, std::memory_order_relaxed);
-  }
   // The left column of this pixel's inner slots is the right column of the
   // pixel before it; the rest start empty.
   for (int j = 0; j < step_ - 1; ++j) {

@@ -5,14 +5,13 @@
 // on the edge between two pixel rows by both rows, so no point of the window
 // is traced twice (but centres).
 //
-// The samples between two rows live in a sample_edge, which the lower row
-// fills as it goes and the upper row then reads and may add to; the upper
-// row waits, pixel by pixel, until the lower one has finished the pixel
-// below, so that two threads can render neighbouring rows at once and trace
-// exactly the samples one thread would, each in the row that would trace it.
+// The samples between two rows are a sample_edge, which the lower row fills
+// as it goes and the upper row then reads and may add to. A row needs of
+// the row below only its finished pixels: render_row asks, before each
+// pixel, for the pixel below it, so that another thread may still be
+// rendering the row below (the band renderer hands the edges over).
 #pragma once
 
-#include <atomic>
 #include <vector>
 
 #include "driver/pixel_source.h"
@@ -25,15 +24,8 @@ struct sample_slot {
   int computed = 0;
 };
 
-struct sample_edge {
-  std::vector<sample_slot> slots;  // grid step x picture width + 1
-  std::atomic<int> below{-2};      // the pixel row this edge is the upper edge of, once made ready for it
-  std::atomic<int> finished{0};    // pixels of that row whose part of this edge is final
-  // The count of finished pixels the upper row sleeps for, if it sleeps:
-  // the lower row wakes it only then, since a wake-up is a system call.
-  std::atomic<int> wanted{no_sleeper};
-  static constexpr int no_sleeper = 1 << 30;
-};
+// The samples on the line between two pixel rows: grid step x width + 1.
+using sample_edge = std::vector<sample_slot>;
 
 class adaptive_sampler {
  public:
@@ -41,15 +33,16 @@ class adaptive_sampler {
   adaptive_sampler(const screen_window& window, double tolerance, int depth);
 
   int grid_step() const { return step_; }
-  // Makes `edge` empty and ready to be filled as the upper edge of row `r`.
-  void clear(sample_edge& edge, int r) const;
+  // Makes `edge` empty, to be filled as the upper edge of a row.
+  void clear(sample_edge& edge) const;
   // Samples every pixel corner of the lower edge of row `r` into `edge`.
   void sample_lower_edge(sample_edge& edge, int r, const pixel_source& source) const;
-  // Renders pixel row `r` between `lower` (the upper edge of row r - 1,
-  // which may still be filling) and `upper` (cleared for row r), giving
-  // each pixel's colour to pixel(c, colour) in column order.
-  template <typename Pixel>
-  void render_row(int r, sample_edge& lower, sample_edge& upper, const pixel_source& source, Pixel&& pixel);
+  // Renders pixel row `r` between `lower` (the upper edge of row r - 1) and
+  // `upper` (cleared), pixel by pixel: pixel_below(c) returns once the row
+  // below has finished pixel c, and pixel(c, colour) takes the colour.
+  template <typename Below, typename Pixel>
+  void render_row(int r, sample_edge& lower, sample_edge& upper, const pixel_source& source, Below&& pixel_below,
+                  Pixel&& pixel);
 
  private:
   // The rows of slots of the pixel being sampled: its lower edge, its inner
@@ -57,8 +50,8 @@ class adaptive_sampler {
   // picture's left edge.
   sample_slot& at(int j, int i);
   void sample_into(int j, int i, double x, double y);
-  // Starts pixel column c: waits for the row below and moves the inner
-  // column shared with the pixel to the left into place.
+  // Starts pixel column c: the inner column it shares with the pixel to the
+  // left moves into place.
   void begin_pixel(int c);
   colour sample_square(double x0, double y0, double x1, double y1, int i0, int j0, int i1, int j1);
 
@@ -75,26 +68,21 @@ class adaptive_sampler {
   int column_ = 0;  // the pixel column being sampled
 };
 
-template <typename Pixel>
+template <typename Below, typename Pixel>
 void adaptive_sampler::render_row(int r, sample_edge& lower, sample_edge& upper, const pixel_source& source,
-                                  Pixel&& pixel) {
+                                  Below&& pixel_below, Pixel&& pixel) {
   source_ = &source;
   lower_ = &lower;
   upper_ = &upper;
   const double y0 = window_.edge_y(r), y1 = window_.edge_y(r + 1);
-  for (int b = lower.below.load(std::memory_order_acquire); b != r - 1; b = lower.below.load(std::memory_order_acquire))
-    lower.below.wait(b, std::memory_order_acquire);
   column_ = 0;
   sample_into(step_, 0, window_.edge_x(0), y1);  // the upper left corner
   for (int c = 0; c < window_.columns; ++c) {
+    pixel_below(c);
     begin_pixel(c);
     const double x0 = window_.edge_x(c), x1 = window_.edge_x(c + 1);
     sample_into(step_, (c + 1) * step_, x1, y1);  // the upper right corner
     pixel(c, sample_square(x0, y0, x1, y1, c * step_, 0, (c + 1) * step_, step_));
-    // Sequentially consistent with begin_pixel: either the sleeper sees this
-    // pixel finished or this row sees the sleeper waiting for it.
-    upper.finished.store(c + 1, std::memory_order_seq_cst);
-    if (upper.wanted.load(std::memory_order_seq_cst) <= c + 1) upper.finished.notify_all();
   }
 }
 

@@ -17,7 +17,7 @@
 #include "driver/render_threads.h"
 #include "driver/row_writer.h"
 #include "shading/render_context.h"
-#include "shading/world.h"
+#include "shading/tracer.h"
 
 namespace sciray {
 
@@ -27,6 +27,51 @@ enum class row_mode { plain, antialiased, blocks };
 
 // States of a unit: waiting, rendered, or given up because of a stop.
 enum : int { unit_waiting, unit_done, unit_abandoned };
+
+// The samples between two pixel rows of the anti-aliased mode, handed from
+// the row below, which fills them, to the row above, which reads them and
+// may add to them, pixel by pixel: two threads render neighbouring rows at
+// once and trace exactly the samples one thread would, each in the row
+// that would trace it.
+struct shared_edge {
+  static constexpr int no_sleeper = 1 << 30;
+
+  sample_edge samples;
+  std::atomic<int> below{-2};    // the pixel row this edge is the upper edge of, once handed to it
+  std::atomic<int> finished{0};  // pixels of that row whose part of the edge is final
+  // The count of finished pixels the upper row sleeps for, if it sleeps:
+  // the lower row wakes it only then, since a wake-up is a system call.
+  std::atomic<int> wanted{no_sleeper};
+
+  // Hands the samples to pixel row r as its upper edge, with `done` pixels finished.
+  void hand_to(int r, int done) {
+    finished.store(done, std::memory_order_relaxed);
+    wanted.store(no_sleeper, std::memory_order_relaxed);
+    below.store(r, std::memory_order_release);
+    below.notify_all();
+  }
+  // Returns once the edge has been handed to pixel row r.
+  void wait_for_row(int r) const {
+    for (int b = below.load(std::memory_order_acquire); b != r; b = below.load(std::memory_order_acquire))
+      below.wait(b, std::memory_order_acquire);
+  }
+  // Returns once the row below has finished pixel c.
+  void wait_for_pixel(int c) {
+    if (finished.load(std::memory_order_acquire) > c) return;
+    wanted.store(c + 1, std::memory_order_seq_cst);
+    for (int done = finished.load(std::memory_order_seq_cst); done <= c;
+         done = finished.load(std::memory_order_acquire))
+      finished.wait(done, std::memory_order_acquire);
+    wanted.store(no_sleeper, std::memory_order_relaxed);
+  }
+  // Marks pixel c of the row below finished.
+  void finish_pixel(int c) {
+    // Sequentially consistent with wait_for_pixel: either the sleeper sees
+    // this pixel finished or this row sees the sleeper waiting for it.
+    finished.store(c + 1, std::memory_order_seq_cst);
+    if (wanted.load(std::memory_order_seq_cst) <= c + 1) finished.notify_all();
+  }
+};
 
 // One unit's picture row and what it counted, waiting to be written.
 struct unit_output {
@@ -47,7 +92,7 @@ class band_render {
         ring_(static_cast<std::size_t>(2 * threads_ + 2)),
         done_(units_.size()),
         edges_(mode_ == row_mode::antialiased ? ring_ + 2 : 0) {
-    const bool draws = band.scene.draws_random();
+    const bool draws = band.tracing.scene().draws_random();
     // With anti-aliasing, what a row draws depends on what the rows before
     // it drew: one row after another.
     if (draws && mode_ == row_mode::antialiased) threads_ = 1;
@@ -59,16 +104,17 @@ class band_render {
   bool counting() const { return counting_; }
   bool stopping() const { return band_.stop && band_.stop->load(std::memory_order_relaxed); }
 
-  // The counting pass: the draws each unit makes on the random stream.
+  // The counting pass: the draws each unit makes on the random stream,
+  // traced without lighting.
   void count_draws() {
     render_context context;
-    context.counting_draws = true;
-    const pixel_source source{band_.cam, band_.scene, context};
+    const tracer unlit = band_.tracing.unlit();
+    const pixel_source source{band_.cam, unlit, context};
     sample_row scratch(band_.window.columns);
     for (std::size_t k = next_++; k < units_.size() && !stopping(); k = next_++) {
-      context.draws = 0;
+      const std::uint64_t before = context.random.drawn();
       sample(k, source, nullptr, scratch);
-      draws_[k] = context.draws;
+      draws_[k] = context.random.drawn() - before;
     }
   }
   void prepare_counting() {
@@ -85,7 +131,7 @@ class band_render {
   void render() {
     render_context context;
     context.random = band_.start;
-    const pixel_source source{band_.cam, band_.scene, context};
+    const pixel_source source{band_.cam, band_.tracing, context};
     adaptive_sampler sampler(band_.window, band_.settings.antialias_tol, band_.settings.antialias_depth);
     for (std::size_t k = next_++; k < units_.size(); k = next_++) {
       wait_for_slot(k);
@@ -101,8 +147,11 @@ class band_render {
         context.random.discard(draws_[k]);
       }
       context.ray_count = context.test_count = 0;
-      if (mode_ == row_mode::antialiased && k == 0)
-        sampler.sample_lower_edge(edge(0), units_[0].line_row, source);
+      if (mode_ == row_mode::antialiased && k == 0) {
+        const int y = units_[0].line_row;
+        sampler.sample_lower_edge(edge(0).samples, y, source);
+        edge(0).hand_to(y - 1, band_.window.columns);
+      }
       out.rays_before = context.ray_count;
       out.tests_before = context.test_count;
       sample(k, source, &sampler, out.row);
@@ -139,7 +188,7 @@ class band_render {
   }
 
  private:
-  sample_edge& edge(std::size_t e) { return edges_[e % edges_.size()]; }
+  shared_edge& edge(std::size_t e) { return edges_[e % edges_.size()]; }
 
   void wait_for_slot(std::size_t k) {
     for (std::size_t w = written_.load(std::memory_order_acquire); k >= w + ring_;
@@ -163,9 +212,16 @@ class band_render {
         }
         break;
       case row_mode::antialiased: {
-        sample_edge& upper = edge(k + 1);
-        sampler->clear(upper, y);
-        sampler->render_row(y, edge(k), upper, source, [&row](int c, const colour& v) { row.set(c, v); });
+        shared_edge &lower = edge(k), &upper = edge(k + 1);
+        sampler->clear(upper.samples);
+        upper.hand_to(y, 0);
+        lower.wait_for_row(y - 1);
+        sampler->render_row(
+            y, lower.samples, upper.samples, source, [&lower](int c) { lower.wait_for_pixel(c); },
+            [&row, &upper](int c, const colour& v) {
+              row.set(c, v);
+              upper.finish_pixel(c);
+            });
         break;
       }
     }
@@ -183,7 +239,7 @@ class band_render {
   std::vector<unit_output> slots_;
   std::vector<std::atomic<int>> done_;     // the state of each unit
   std::atomic<std::size_t> written_{0};  // units written so far
-  std::vector<sample_edge> edges_;
+  std::vector<shared_edge> edges_;
 };
 
 }  // namespace

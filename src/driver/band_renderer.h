@@ -24,11 +24,11 @@
 
 namespace sciray {
 
-class world;
+class tracer;
 
 struct band_scene {
   const camera& cam;
-  const world& scene;
+  const tracer& tracing;
   const screen_window& window;
   band_rows rows;
   const render_settings& settings;

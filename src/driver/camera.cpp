@@ -2,10 +2,8 @@
 #include "driver/camera.h"
 
 #include <cmath>
-#include <sstream>
+#include <string>
 
-#include "shading/ray_state.h"
-#include "shading/world.h"
 #include "support/fatal_error.h"
 
 namespace sciray {
@@ -20,19 +18,6 @@ constexpr double degrees_to_radians = 0.017453292519943295;
 vector rotate(const vector& u, const direction& a, double theta) {
   const double c = std::cos(theta), s = std::sin(theta);
   return u * c + cross(a, u) * s + a * dot(a, u) * (1.0 - c);
-}
-
-colour trace_from(const position& origin, const direction& dir, ray_state& state) {
-  state.r = ray(origin, dir);
-  state.max_distance = 1e20;
-  return state.scene->trace(state);
-}
-
-std::string describe_basis(const char* kind, const camera_basis& b) {
-  std::ostringstream out;
-  out << kind << " camera at " << b.eye << " looking along " << b.view_dir << ", right " << b.right_dir << ", up "
-      << b.true_up;
-  return out.str();
 }
 
 }  // namespace
@@ -58,19 +43,14 @@ camera_basis make_camera_basis(const view_settings& view, const char* program) {
   return b;
 }
 
-std::string orthographic_camera::describe() const { return describe_basis("orthographic", basis_); }
-
-colour orthographic_camera::sample(double sx, double sy, ray_state& state) const {
-  const position origin = basis_.eye + sx * basis_.right_dir + sy * basis_.true_up;
-  return trace_from(origin, basis_.view_dir, state);
+ray orthographic_camera::primary_ray(double sx, double sy) const {
+  return ray(basis_.eye + sx * basis_.right_dir + sy * basis_.true_up, basis_.view_dir);
 }
 
-std::string perspective_camera::describe() const { return describe_basis("perspective", basis_); }
-
-colour perspective_camera::sample(double sx, double sy, ray_state& state) const {
+ray perspective_camera::primary_ray(double sx, double sy) const {
   const position screen_point =
       basis_.eye + basis_.screen_dist * basis_.view_dir + sx * basis_.right_dir + sy * basis_.true_up;
-  return trace_from(basis_.eye, normalise(screen_point - basis_.eye), state);
+  return ray(basis_.eye, normalise(screen_point - basis_.eye));
 }
 
 std::unique_ptr<camera> make_camera(const camera_basis& basis, bool perspective) {

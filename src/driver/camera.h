@@ -1,16 +1,12 @@
-// camera.h - turns a point of the picture window into a primary ray and
-// returns the colour the world traces along it.
+// camera.h - turns a point of the picture window into a primary ray.
 #pragma once
 
 #include <memory>
-#include <string>
 
-#include "math/vector.h"
+#include "math/ray.h"
 #include "scene_file/scene_settings.h"
 
 namespace sciray {
-
-struct ray_state;
 
 // The viewing frame worked out from the viewing settings.
 struct camera_basis {
@@ -30,9 +26,8 @@ class camera {
  public:
   explicit camera(const camera_basis& b) : basis_(b) {}
   virtual ~camera() = default;
-  virtual std::string describe() const = 0;
-  // Sets up the ray through screen point (sx, sy) in `state` and traces it.
-  virtual colour sample(double sx, double sy, ray_state& state) const = 0;
+  // The ray through the screen point (sx, sy).
+  virtual ray primary_ray(double sx, double sy) const = 0;
 
  protected:
   camera_basis basis_;
@@ -42,16 +37,14 @@ class camera {
 class orthographic_camera : public camera {
  public:
   using camera::camera;
-  std::string describe() const override;
-  colour sample(double sx, double sy, ray_state& state) const override;
+  ray primary_ray(double sx, double sy) const override;
 };
 
 // Rays from the viewpoint through a window on the plane through the look-at point.
 class perspective_camera : public camera {
  public:
   using camera::camera;
-  std::string describe() const override;
-  colour sample(double sx, double sy, ray_state& state) const override;
+  ray primary_ray(double sx, double sy) const override;
 };
 
 std::unique_ptr<camera> make_camera(const camera_basis& basis, bool perspective);

@@ -1,23 +1,25 @@
-// pixel_source.h - the colour seen at a point of the picture window: a
-// fresh primary ray from the camera, traced through the world.
+// pixel_source.h - the colour seen at a point of the picture window: the
+// camera's primary ray through it, traced as a fresh primary ray. Every way
+// of sampling the picture (pixel centres, blocks, adaptive anti-aliasing)
+// asks it for its samples.
 #pragma once
 
 #include "driver/camera.h"
 #include "shading/ray_state.h"
+#include "shading/tracer.h"
 
 namespace sciray {
 
-class world;
 struct render_context;
 
 struct pixel_source {
   const camera& cam;
-  const world& scene;
+  const tracer& tracing;
   render_context& context;
 
   colour operator()(double sx, double sy) const {
-    ray_state state = primary_state(scene, context, ray());
-    return cam.sample(sx, sy, state);
+    ray_state state = primary_state(tracing, context, cam.primary_ray(sx, sy));
+    return tracing.trace(state);
   }
 };
 

@@ -9,6 +9,7 @@
 #include "driver/command_line.h"
 #include "driver/render_job.h"
 #include "image/image.h"
+#include "support/c_file.h"
 #include "support/fatal_error.h"
 
 namespace sciray {
@@ -17,11 +18,11 @@ namespace {
 
 [[noreturn]] void fail(const char* program, const std::string& message) { fatal(program + message); }
 
-scene_file_ptr open_scene(const char* program, const char* name) {
+c_file open_scene(const char* program, const char* name) {
   std::error_code error;
   std::FILE* file = std::filesystem::is_directory(name, error) ? nullptr : std::fopen(name, "r");
   if (!file) fail(program, std::string(": can't open input file ") + name);
-  return scene_file_ptr(file);
+  return c_file(file);
 }
 
 // Standard output and the picture file, made only once the rows are coming.
@@ -58,7 +59,7 @@ int run_program(int argc, char** argv) {
   }
   run_options options;
   if (!parse_run_options(argc, argv, options)) fail(program, ": -threads needs a positive number");
-  scene_file_ptr scene_file = open_scene(program, argv[1]);
+  c_file scene_file = open_scene(program, argv[1]);
 
   render_request request;
   request.band = options.band;

@@ -14,6 +14,7 @@
 #include "scene_file/scene_settings.h"
 #include "shading/recursion_bound.h"
 #include "shading/render_context.h"
+#include "shading/tracer.h"
 #include "shading/world.h"
 #include "support/fatal_error.h"
 
@@ -21,20 +22,14 @@ namespace sciray {
 
 namespace {
 
-// Leaf size of the bounding hierarchy.
-constexpr int leaf_size = 8;
-
 sky_settings sky_from(const render_settings& r) {
   return {r.zenith,           r.horizon,          r.ground,      r.cloud_inner,     r.cloud_outer,
           r.cloud_inner_frac, r.cloud_outer_frac, r.cloud_scale, r.cloud_sharpness, r.cloud_offset,
           r.cloud_depth};
 }
 
-// Copies the tracing options into the world and sets up the sky and the atmosphere.
+// Sets up the sky and the atmosphere.
 void prepare_world(world& w, const render_settings& r, const camera_basis& basis, render_context& context) {
-  w.depth_max = r.depth;
-  w.shadows = r.shadows;
-  w.highlights = r.highlights;
   // The sky's up is a direction made from the accepted up vector as the
   // viewing block stored it, before any roll.
   w.sky = make_sky(sky_from(r), normalise(basis.up_accepted), context.noise, context.random);
@@ -44,7 +39,7 @@ void prepare_world(world& w, const render_settings& r, const camera_basis& basis
 
 }  // namespace
 
-void render_scene(scene_file_ptr scene_file, const render_request& request, render_output& out) {
+void render_scene(c_file scene_file, const render_request& request, render_output& out) {
   // Large blocks are mapped and unmapped one by one, so the hierarchy
   // build's scratch space, freed before the scene is laid out for tracing,
   // does not stay resident (the C library would otherwise raise this
@@ -62,18 +57,19 @@ void render_scene(scene_file_ptr scene_file, const render_request& request, rend
 
   context.ray_count = 0;
   context.test_count = 0;
-  scene.build_hierarchy(leaf_size);
+  scene.build_hierarchy();
   const render_settings& r = settings.render;
   const camera_basis basis = make_camera_basis(settings.view, request.program);
   const std::unique_ptr<camera> cam = make_camera(basis, settings.view.perspective);
   prepare_world(scene, r, basis, context);
+  const tracer tracing(scene, r);
 
   const band_rows rows = split_band(r.height, request.band);
   if (rows.empty()) return;
   const screen_window window = make_screen_window(settings.view.view_width, settings.view.view_height, r.width, r.height);
 
-  const recursion_depth depth = recursion_bound(scene);
-  const band_scene band{*cam, scene, window, rows, r, objects, context.random, request.stop};
+  const recursion_depth depth = recursion_bound(tracing);
+  const band_scene band{*cam, tracing, window, rows, r, objects, context.random, request.stop};
   const int threads = request.threads > 0 ? request.threads : usable_processors();
   // Tracing this scene nests deeper than a thread's stack can be made.
   if (!render_band(band, threads, render_stack_bytes(depth), out)) {

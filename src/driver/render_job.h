@@ -11,6 +11,7 @@
 
 #include "driver/band.h"
 #include "driver/band_output.h"
+#include "support/c_file.h"
 
 namespace sciray {
 
@@ -20,12 +21,6 @@ struct render_request {
   const char* program = "sciray";           // begins the messages of the camera and the threads
   const std::atomic<bool>* stop = nullptr;  // when set, the render ends between rows
 };
-
-// An open scene file, closed again however reading ends.
-struct file_closer {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using scene_file_ptr = std::unique_ptr<std::FILE, file_closer>;
 
 // A band's output that also hears the object count, once the scene is read
 // and before anything else.
@@ -37,6 +32,6 @@ class render_output : public band_output {
 // Renders the scene read from `scene_file`, which is closed once read, as
 // `request` asks. Every error goes through fatal(). An empty band (more
 // bands than rows) hands over nothing after the object count.
-void render_scene(scene_file_ptr scene_file, const render_request& request, render_output& out);
+void render_scene(c_file scene_file, const render_request& request, render_output& out);
 
 }  // namespace sciray

@@ -11,8 +11,6 @@ namespace sciray {
 
 namespace {
 
-constexpr double rand_max = 2147483647.0;
-
 // floor(x) as a 32-bit integer the way the x86-64 conversion gives it: a
 // value out of range, or not a number, becomes the smallest integer.
 int floor_to_int(double x) {
@@ -71,9 +69,9 @@ bool same_bits(const vector& a, const vector& b) {
 
 noise_lattice::noise_lattice(int n, rand_stream& random)
     : n_(n),
-      value0_(static_cast<std::size_t>(n) + 1),
-      value1_(static_cast<std::size_t>(n) + 1),
-      value2_(static_cast<std::size_t>(n) + 1),
+      value0_(static_cast<std::size_t>(n)),
+      value1_(static_cast<std::size_t>(n)),
+      value2_(static_cast<std::size_t>(n)),
       perm_(static_cast<std::size_t>(n) + 1) {
   for (int m = 0; m < n; ++m) {
     value0_[m] = random.next() / rand_max;
@@ -82,7 +80,6 @@ noise_lattice::noise_lattice(int n, rand_stream& random)
     perm_[m] = static_cast<int>(static_cast<double>(random.next()) * n / rand_max);
   }
   // The wrap entry: the upper neighbour of cell n-1 is cell n, never reduced.
-  value0_[n] = value0_[0];
   perm_[n] = perm_[0];
 }
 
@@ -101,13 +98,6 @@ vector noise_lattice::corner_vector(int i, int j, int k) const {
   // Three different index mixes keep the components uncorrelated.
   return {value0_[(i + perm_[j] + perm_[perm_[k]]) % n_], value1_[(j + perm_[perm_[i]] + perm_[k]) % n_],
           value2_[(perm_[i] + perm_[perm_[j]] + k) % n_]};
-}
-
-double noise_lattice::noise1(double x) const {
-  int c;
-  double f;
-  reduce(x, c, f);
-  return (1 - f) * value0_[c] + f * value0_[c + 1];
 }
 
 double noise_lattice::noise3(const position& p) const {

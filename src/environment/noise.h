@@ -14,12 +14,10 @@ class noise_lattice {
  public:
   // Fills the tables from `random`, four values per cell in a fixed order.
   noise_lattice(int n, rand_stream& random);
-  virtual ~noise_lattice() = default;
 
   int size() const { return n_; }
   double corner_value(int i, int j, int k) const;
   vector corner_vector(int i, int j, int k) const;
-  double noise1(double x) const;
   double noise3(const position& p) const;
   vector vnoise3(const position& p) const;
 

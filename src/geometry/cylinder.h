@@ -1,72 +1,60 @@
-// cylinder.h - an open tube between two points; one segment of a poly-line.
-// The walk reads only the cylinder's shape (64 bytes); shading reads its
-// surface part as well.
+// cylinder.h - an open tube between two points, without end caps: one
+// segment of a poly-line. Contour lines carry a data value at each end.
 #pragma once
 
-#include <cmath>
-#include <initializer_list>
-
-#include "geometry/hit_record.h"
-#include "math/bounding_box.h"
-#include "math/ray.h"
+#include "geometry/shape.h"
 
 namespace sciray {
 
-struct cylinder_shape {
-  position start;
-  direction axis;         // unit vector from start towards the end
-  double length;          // start to end; not a number for a cylinder that is never hit
-  double radius_squared;
-
-  // Takes the nearer root, else the farther one, that lies above 1e-6,
-  // strictly below `distance` and within the segment (ends included),
-  // writing it to `distance`. A tangent ray (zero discriminant) hits; a ray
-  // parallel to the axis never does. Inline: the walk calls it for every
-  // cylinder of every leaf it enters.
-  bool intersect(const ray& r, double& distance) const {
-    // Work with the parts of origin and direction perpendicular to the axis.
-    const vector o = r.origin - start;
-    const vector d_perp = r.dir - dot(r.dir, axis) * axis;
-    const vector o_perp = o - dot(o, axis) * axis;
-    const double a = dot(d_perp, d_perp);
-    if (a == 0.0) return false;
-    const double b = dot(o_perp, d_perp);
-    const double c = dot(o_perp, o_perp) - radius_squared;
-    const double disc = b * b - a * c;
-    if (disc < 0.0) return false;
-    const double s = std::sqrt(disc);
-    const double t1 = (-b - s) / a, t2 = (-b + s) / a;
-    const double near = t1 < t2 ? t1 : t2, far = t1 < t2 ? t2 : t1;
-    // A near root beyond an end still lets the far root show the inside wall.
-    for (const double t : {near, far}) {
-      if (!(t > self_hit_tolerance && t < distance)) continue;
-      const double h = dot(o + t * r.dir, axis);
-      if (h >= 0.0 && h <= length) {
-        distance = t;
-        return true;
-      }
-    }
-    return false;
-  }
-};
-
-struct cylinder_surface {
-  double radius;
-  double value_start = 0.0, value_end = 0.0;  // data values at the ends (contour lines)
-
-  // The outward normal (also on the inside wall) and the value interpolated
-  // along the axis at the hit point `p`.
-  void fill(const cylinder_shape& shape, const position& p, hit_record& hit) const;
-};
-
-// A cylinder as the scene reader makes it.
 struct cylinder {
-  cylinder(const position& start, const position& end, double radius);
-  bounding_box bounds() const;
+  position start, end;
+  double radius;
+  double value_start = 0.0, value_end = 0.0;
 
-  cylinder_shape shape;
-  cylinder_surface surface;
-  position end;
+  bounding_box bounds() const;
+  // The reference test: the nearer, else the farther root of the ray that
+  // lies above 1e-6, strictly below `distance` and within the segment (ends
+  // included); a near root beyond an end lets the far one show the inside
+  // wall. A tangent ray (zero discriminant) hits; a ray parallel to the axis
+  // never does, nor does a tube of no length or no radius.
+  // set::candidates must match it.
+  bool intersect(const ray& r, double& distance) const;
+
+  class set;  // the shapes of this kind in a scene, laid out for the walk
+};
+
+// The cylinders of a scene in leaf order: start, unit axis, length (not a
+// number for a tube that is never hit) and squared radius; beside them the
+// data values of the ends.
+class cylinder::set {
+ public:
+  enum column : std::size_t {
+    start_x, start_y, start_z, axis_x, axis_y, axis_z, axis_length, radius_squared,
+    column_count
+  };
+  static constexpr bool takes_equal_roots = false;
+
+  set() = default;
+  set(shape_list<cylinder> read, const std::vector<std::uint32_t>& order);
+
+  std::size_t size() const { return columns_.size(); }
+  double at(column q, std::uint32_t i) const { return columns_.at(q, i); }
+  double value_start(std::uint32_t i) const { return values_[i].start; }
+  double value_end(std::uint32_t i) const { return values_[i].end; }
+
+  // The operations of cylinder::intersect, two cylinders at a time.
+  bool candidates(std::uint32_t first, std::uint32_t count, const ray& r, double* t) const;
+  // The normal away from the axis at `p` (also on the inside wall) and the
+  // data value interpolated along the axis.
+  void surface(std::uint32_t i, const position& p, hit_record& hit) const;
+
+ private:
+  struct end_values {
+    double start, end;
+  };
+
+  shape_columns<column_count> columns_;
+  std::vector<end_values> values_;
 };
 
 }  // namespace sciray

@@ -1,41 +1,165 @@
-// triangle.cpp - the triangle's plane and inverted corner frame, and the
-// interpolated shading data of a hit.
+// triangle.cpp - the triangle's plane and inverted corner frame, its
+// reference test and the same test two triangles at a time, the compact
+// list of triangles as read, and the interpolated normal and value of a hit.
 #include "geometry/triangle.h"
 
 #include <limits>
 
+#include "geometry/lanes.h"
 #include "math/matrix4.h"
 
 namespace sciray {
 
-triangle::triangle(const position& p0, const position& p1, const position& p2) {
-  const vector e1 = p1 - p0, e2 = p2 - p0;
-  shape.normal = normalise(cross(e1, e2));
-  shape.offset = dot(shape.normal, p0);
+namespace {
 
+// What the tests read of a triangle.
+struct plane_frame {
+  direction normal;   // e1 x e2 normalised
+  double offset;      // normal . corner 0; not a number for a degenerate triangle
+  double weight1[4];  // maps a point (x, y, z, 1) to the weight of corner 1
+  double weight2[4];  // and of corner 2
+};
+
+plane_frame frame_of(const position& p0, const position& p1, const position& p2) {
+  const vector e1 = p1 - p0, e2 = p2 - p0;
+  plane_frame f;
+  f.normal = normalise(cross(e1, e2));
+  f.offset = dot(f.normal, p0);
   // The frame's columns are e1, e2, the normal and p0; the first two rows of
-  // its inverse map a point to the weights of corners 1 and 2. A degenerate
-  // triangle has no inverse and is never hit.
-  const matrix4 frame{{{e1.x, e2.x, shape.normal.x, p0.x},
-                       {e1.y, e2.y, shape.normal.y, p0.y},
-                       {e1.z, e2.z, shape.normal.z, p0.z},
+  // its inverse give the weights. Collinear or coincident corners have no
+  // inverse: such a triangle is never hit.
+  const matrix4 frame{{{e1.x, e2.x, f.normal.x, p0.x},
+                       {e1.y, e2.y, f.normal.y, p0.y},
+                       {e1.z, e2.z, f.normal.z, p0.z},
                        {0.0, 0.0, 0.0, 1.0}}};
   matrix4 to_local{};
-  valid = invert(frame, to_local);
+  if (!invert(frame, to_local)) f.offset = std::numeric_limits<double>::quiet_NaN();
   for (int c = 0; c < 4; ++c) {
-    shape.weight1[c] = to_local[0][c];
-    shape.weight2[c] = to_local[1][c];
+    f.weight1[c] = to_local[0][c];
+    f.weight2[c] = to_local[1][c];
   }
-  if (!valid) shape.offset = std::numeric_limits<double>::quiet_NaN();
-
-  box = bounding_box::corners(p0, p1, p2);
+  return f;
 }
 
-void fill_triangle_hit(const direction corner_normal[3], const double corner_value[3], double b1, double b2,
-                       hit_record& hit) {
+// The weight given by `row` to the point p.
+double weight(const double row[4], const position& p) { return row[0] * p.x + row[1] * p.y + row[2] * p.z + row[3]; }
+
+}  // namespace
+
+bounding_box triangle::bounds() const { return bounding_box::corners(corner[0], corner[1], corner[2]); }
+
+bool triangle::intersect(const ray& r, double& distance) const {
+  const plane_frame f = frame_of(corner[0], corner[1], corner[2]);
+  const double denom = dot(r.dir, f.normal);
+  if (denom == 0.0) return false;
+  const double t = (f.offset - dot(r.origin, f.normal)) / denom;
+  if (!(t > self_hit_tolerance) || t > distance) return false;
+  const position p = r.origin + t * r.dir;
+  const double b1 = weight(f.weight1, p);
+  if (b1 < 0.0 || b1 > 1.0) return false;
+  const double b2 = weight(f.weight2, p);
+  if (b2 < 0.0 || b2 > 1.0) return false;
   const double b0 = (1.0 - b1) - b2;
-  hit.normal = normalise((b0 * corner_normal[0] + b1 * corner_normal[1]) + b2 * corner_normal[2]);
-  hit.value = (b0 * corner_value[0] + b1 * corner_value[1]) + b2 * corner_value[2];
+  if (b0 < 0.0 || b0 > 1.0) return false;
+  distance = t;
+  return true;
+}
+
+void triangle_list::add(const triangle& t) {
+  corners_.push_back({points_.add(t.corner[0]), points_.add(t.corner[1]), points_.add(t.corner[2])});
+  triangle_corners data;
+  if (t.normals)
+    for (int k = 0; k < 3; ++k) data.normal[k] = normals_.add((*t.normals)[k]);
+  if (t.values) {
+    data.values = static_cast<std::uint32_t>(values_.size());
+    values_.push_back(*t.values);
+  }
+  corner_data_.push_back(data);
+}
+
+bounding_box triangle_list::bounds(std::uint32_t i) const {
+  const std::vector<vector>& at = points_.points();
+  return bounding_box::corners(at[corners_[i][0]], at[corners_[i][1]], at[corners_[i][2]]);
+}
+
+void triangle_list::close() {
+  points_.close();
+  normals_.close();
+}
+
+// The planes and weight rows are made here, in leaf order, from the corners.
+triangle::set::set(triangle_list read, std::vector<std::uint32_t> order) {
+  columns_.reserve(order.size());
+  const std::vector<vector>& at = read.points_.points();
+  for (const std::uint32_t i : order) {
+    const auto& c = read.corners_[i];
+    const plane_frame f = frame_of(at[c[0]], at[c[1]], at[c[2]]);
+    columns_.add({f.normal.x, f.normal.y, f.normal.z, f.offset, f.weight1[0], f.weight1[1], f.weight1[2],
+                  f.weight1[3], f.weight2[0], f.weight2[1], f.weight2[2], f.weight2[3]});
+  }
+  columns_.pad();
+  source_ = std::move(order);
+  corner_data_ = std::move(read.corner_data_);
+  normals_ = std::move(read.normals_.points());
+  values_ = std::move(read.values_);
+}
+
+direction triangle::set::corner_normal(std::uint32_t i, int k) const {
+  const std::uint32_t n = corner_data_[source_[i]].normal[k];
+  if (n != triangle_corners::face) return direction::as_given(normals_[n]);
+  return direction(columns_.at(normal_x, i), columns_.at(normal_y, i), columns_.at(normal_z, i));
+}
+
+double triangle::set::corner_value(std::uint32_t i, int k) const {
+  const std::uint32_t v = corner_data_[source_[i]].values;
+  return v == triangle_corners::zeros ? 0.0 : values_[v][static_cast<std::size_t>(k)];
+}
+
+bool triangle::set::candidates(std::uint32_t first, std::uint32_t count, const ray& r, double* t) const {
+  using namespace lanes;
+  const ray_lanes ray2(r);
+  const v2 tolerance = both(self_hit_tolerance), zero = _mm_setzero_pd(), one = both(1.0);
+  bool any = false;
+  for (std::uint32_t i = 0; i < count; i += 2) {
+    const std::uint32_t k = first + i;
+    const v2 nx = load(columns_[normal_x], k), ny = load(columns_[normal_y], k), nz = load(columns_[normal_z], k);
+    const v2 denom = dot3(ray2.dx, ray2.dy, ray2.dz, nx, ny, nz);
+    const v2 root = _mm_div_pd(sub(load(columns_[offset], k), dot3(ray2.ox, ray2.oy, ray2.oz, nx, ny, nz)), denom);
+    // Parallel to the plane, or the root not above 1e-6: no hit. Most pairs
+    // have none at all.
+    const v2 live = _mm_and_pd(_mm_cmpneq_pd(denom, zero), _mm_cmpgt_pd(root, tolerance));
+    if (_mm_movemask_pd(live) == 0) {
+      _mm_storeu_pd(t + i, none());
+      continue;
+    }
+    const v2 px = add(ray2.ox, mul(root, ray2.dx)), py = add(ray2.oy, mul(root, ray2.dy));
+    const v2 pz = add(ray2.oz, mul(root, ray2.dz));
+    const auto weight = [&](column row) {
+      return add(dot3(load(columns_[row], k), load(columns_[row + 1], k), load(columns_[row + 2], k), px, py, pz),
+                 load(columns_[row + 3], k));
+    };
+    const v2 w1 = weight(weight1_x), w2 = weight(weight2_x);
+    const v2 w0 = sub(sub(one, w1), w2);
+    // Each weight within 0 .. 1, ends included: a weight is refused only
+    // below 0 or above 1.
+    const auto within = [&](v2 w) { return _mm_and_pd(_mm_cmpnlt_pd(w, zero), _mm_cmpngt_pd(w, one)); };
+    const v2 inside = _mm_and_pd(within(w1), _mm_and_pd(within(w2), within(w0)));
+    _mm_storeu_pd(t + i, select(_mm_and_pd(live, inside), root, none()));
+    any = true;
+  }
+  return any;
+}
+
+void triangle::set::surface(std::uint32_t i, const position& p, hit_record& hit) const {
+  // The weights as the test worked them out at the same point.
+  const auto weight = [&](column row) {
+    return columns_.at(row, i) * p.x + columns_.at(row + 1, i) * p.y + columns_.at(row + 2, i) * p.z +
+           columns_.at(row + 3, i);
+  };
+  const double b1 = weight(weight1_x), b2 = weight(weight2_x);
+  const double b0 = (1.0 - b1) - b2;
+  hit.normal = normalise((b0 * corner_normal(i, 0) + b1 * corner_normal(i, 1)) + b2 * corner_normal(i, 2));
+  hit.value = (b0 * corner_value(i, 0) + b1 * corner_value(i, 1)) + b2 * corner_value(i, 2);
 }
 
 }  // namespace sciray

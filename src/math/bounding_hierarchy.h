@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "math/bounding_box.h"
-#include "math/box_pair_test.h"
+#include "math/box_pair.h"
 #include "math/ray.h"
 
 namespace sciray {

@@ -45,6 +45,7 @@ rand_stream::rand_stream() {
   for (int i = 31; i < 34; ++i) ring_[i] = ring_[i - 31];
   position_ = 34;
   for (int i = 0; i < 310; ++i) next();
+  drawn_ = 0;
 }
 
 void rand_stream::discard(std::uint64_t count) {
@@ -69,6 +70,7 @@ void rand_stream::discard(std::uint64_t count) {
     ahead[j] = value;
     power = times_x(power);
   }
+  drawn_ += count;
   position_ = static_cast<unsigned>((position_ + count % 34) % 34) + 34;
   for (unsigned j = 0; j < 31; ++j) ring_[(position_ - 31 + j) % 34] = ahead[j];
 }
@@ -77,6 +79,7 @@ int rand_stream::next() {
   const std::uint32_t value = ring_[(position_ - 31) % 34] + ring_[(position_ - 3) % 34];
   ring_[position_ % 34] = value;
   ++position_;
+  ++drawn_;
   if (position_ >= 34 * 1000) position_ -= 34 * 990;  // keep the index small; 34 divides the step
   return static_cast<int>(value >> 1);
 }

@@ -14,8 +14,5 @@ std::ostream& print(std::ostream& out, const char* name, const vector& v) {
 std::ostream& operator<<(std::ostream& out, const vector& v) { return print(out, "vector", v); }
 std::ostream& operator<<(std::ostream& out, const position& p) { return print(out, "position", p); }
 std::ostream& operator<<(std::ostream& out, const direction& d) { return print(out, "direction", d); }
-std::ostream& operator<<(std::ostream& out, const vector4& v) {
-  return out << "vector4(" << v.x << ", " << v.y << ", " << v.z << ", " << v.w << ')';
-}
 
 }  // namespace sciray

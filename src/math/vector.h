@@ -1,5 +1,5 @@
 // vector.h - the small value types all geometry is written in: vector,
-// position, direction, vector4, and colour (a vector of red, green, blue).
+// position, direction, and colour (a vector of red, green, blue).
 #pragma once
 
 #include <cmath>
@@ -42,10 +42,6 @@ struct direction : vector {
   static constexpr direction as_given(const vector& v) { return direction(v.x, v.y, v.z); }
 };
 
-struct vector4 {
-  double x = 0.0, y = 0.0, z = 0.0, w = 0.0;
-};
-
 constexpr vector operator+(const vector& a, const vector& b) { return {a.x + b.x, a.y + b.y, a.z + b.z}; }
 constexpr vector operator-(const vector& a, const vector& b) { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
 constexpr vector operator-(const vector& a) { return {-a.x, -a.y, -a.z}; }
@@ -72,27 +68,16 @@ inline direction normalise(const vector& a) {
   return direction(a.x / len, a.y / len, a.z / len);
 }
 
-constexpr vector mean(const vector& a, const vector& b) { return (a + b) * 0.5; }
-constexpr double mean(double a, double b) { return (a + b) * 0.5; }
-
 constexpr bool is_black(const colour& c) { return c.x == 0.0 && c.y == 0.0 && c.z == 0.0; }
-
-constexpr vector4 operator+(const vector4& a, const vector4& b) { return {a.x + b.x, a.y + b.y, a.z + b.z, a.w + b.w}; }
-constexpr vector4 operator-(const vector4& a, const vector4& b) { return {a.x - b.x, a.y - b.y, a.z - b.z, a.w - b.w}; }
-constexpr vector4 operator*(const vector4& a, double s) { return {a.x * s, a.y * s, a.z * s, a.w * s}; }
-constexpr vector4 operator*(double s, const vector4& a) { return {s * a.x, s * a.y, s * a.z, s * a.w}; }
-constexpr vector4 operator/(const vector4& a, double s) { return {a.x / s, a.y / s, a.z / s, a.w / s}; }
-constexpr double dot(const vector4& a, const vector4& b) { return a.x * b.x + a.y * b.y + a.z * b.z + a.w * b.w; }
 
 // Clamping used by the driver and the readers.
 constexpr double clamp_below_0(double v) { return v < 0.0 ? 0.0 : v; }
 constexpr double clamp_above_1(double v) { return v > 1.0 ? 1.0 : v; }
 constexpr int clamp_int(int v, int lo, int hi) { return v < lo ? lo : (v > hi ? hi : v); }
 
-// Diagnostic printing: "vector(x, y, z)", "position(...)", "direction(...)", "vector4(...)".
+// Diagnostic printing: "vector(x, y, z)", "position(...)", "direction(...)".
 std::ostream& operator<<(std::ostream& out, const vector& v);
 std::ostream& operator<<(std::ostream& out, const position& p);
 std::ostream& operator<<(std::ostream& out, const direction& d);
-std::ostream& operator<<(std::ostream& out, const vector4& v);
 
 }  // namespace sciray

@@ -33,8 +33,8 @@ struct reader_state {
   scene_settings& settings;
   render_context& context;
   material_table* colormap = nullptr;    // the colour map in force
-  contour_material* blending = nullptr;  // contour table of mode 1: neighbouring bands mixed
-  contour_material* steps = nullptr;     // contour table of mode 0: one band takes all
+  contour_material* blending = nullptr;  // contour table of mode 1: neighbouring entries mixed
+  contour_material* steps = nullptr;     // contour table of mode 0: one entry takes all
 };
 
 // Reads tokens for one block; every message begins "Error (<block>): ".

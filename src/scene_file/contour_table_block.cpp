@@ -1,5 +1,5 @@
 // contour_table_block.cpp - the contour table: (colour-map index, value)
-// pairs that become the bands of two new contour tables, the blending one
+// pairs that become the entries of two new contour tables, the blending one
 // (mode 1) and the steps one (mode 0), which replace the tables in force.
 #include <string>
 
@@ -10,16 +10,16 @@ namespace sciray {
 
 void read_contour_table_block(reader_state& state) {
   block_input in(state, "contour_table_001");
-  const int bands = in.read_int("number of bands");
-  if (bands < 2) in.fail("Invalid number of bands " + std::to_string(bands));
+  const int count = in.read_int("number of bands");
+  if (count < 2) in.fail("Invalid number of bands " + std::to_string(count));
   state.blending = &state.scene.new_contour_material(true);
   state.steps = &state.scene.new_contour_material(false);
   in.expect_open("colormap");
-  for (int i = 0; i < bands; ++i) {
+  for (int i = 0; i < count; ++i) {
     const int index = in.read_int("colormap index");
     if (index < 0 || index >= state.colormap_size()) in.fail("Invalid colormap index " + std::to_string(index));
     const double value = in.read_real("value");
-    // Bands point at the entry itself, so later changes of it are seen.
+    // The tables point at the colour-map entry itself, so later changes of it are seen.
     const material* entry = &state.colormap->entry(index);
     state.blending->add(entry, value);
     state.steps->add(entry, value);

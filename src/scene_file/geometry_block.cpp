@@ -51,8 +51,9 @@ struct geometry_record {
 // One cylinder per segment; contour lines carry the values of their ends.
 void add_lines(world& scene, const geometry_record& rec, double radius, const material* m, bool with_values) {
   for (int i = 1; i < rec.vertex_count; ++i) {
-    scene.builder().add_cylinder(rec.vertices[i - 1], rec.vertices[i], radius, m, with_values ? rec.values[i - 1] : 0.0,
-                                 with_values ? rec.values[i] : 0.0);
+    const cylinder segment{rec.vertices[i - 1], rec.vertices[i], radius, with_values ? rec.values[i - 1] : 0.0,
+                           with_values ? rec.values[i] : 0.0};
+    scene.builder().add(segment, m);
   }
 }
 
@@ -60,11 +61,10 @@ void add_lines(world& scene, const geometry_record& rec, double radius, const ma
 // `values` are the corner values of a contour polygon, or null.
 void add_polygon(world& scene, const geometry_record& rec, const material* m, const double* values) {
   for (const corner_indices& c : split_polygon(rec.vertex_count)) {
-    const direction normals[3] = {rec.normals[c[0]], rec.normals[c[1]], rec.normals[c[2]]};
-    const double corner_values[3] = {values ? values[c[0]] : 0.0, values ? values[c[1]] : 0.0,
-                                     values ? values[c[2]] : 0.0};
-    scene.builder().add_triangle(rec.vertices[c[0]], rec.vertices[c[1]], rec.vertices[c[2]],
-                                 rec.has_norm ? normals : nullptr, values ? corner_values : nullptr, m);
+    triangle piece{{rec.vertices[c[0]], rec.vertices[c[1]], rec.vertices[c[2]]}};
+    if (rec.has_norm) piece.normals = std::array{rec.normals[c[0]], rec.normals[c[1]], rec.normals[c[2]]};
+    if (values) piece.values = std::array{values[c[0]], values[c[1]], values[c[2]]};
+    scene.builder().add(piece, m);
   }
 }
 
@@ -78,8 +78,9 @@ std::array<double, max_vertices> centroid_values(const geometry_record& rec) {
   return mean;
 }
 
-// Continuous contours blend neighbouring bands; the other styles step from
-// band to band, and the centroid style gives the whole polygon one band.
+// Continuous contours blend neighbouring entries of the contour table; the
+// other styles step from entry to entry, and the centroid style gives the
+// whole polygon one entry.
 void add_contour_polygon(reader_state& state, const geometry_record& rec) {
   if (rec.style == gr_contour_continuous) {
     add_polygon(state.scene, rec, state.blending, rec.values.data());
@@ -114,7 +115,7 @@ void build_record(reader_state& state, const geometry_record& rec) {
     case gr_symbol:
       // Every symbol shape is drawn as the same ball, except gr_null.
       if (rec.has_type && symbol_radius > 0.0 && rec.symbol_type != gr_null) {
-        state.scene.builder().add_sphere(rec.vertices[0], symbol_radius, m);
+        state.scene.builder().add(sphere{rec.vertices[0], symbol_radius}, m);
       }
       break;
   }

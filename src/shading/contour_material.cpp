@@ -1,5 +1,5 @@
 // contour_material.cpp - the blend of colour-map materials by data value:
-// colours, filters and shininess are weighted sums over the entries that
+// colours and filters are weighted sums over the entries that
 // carry weight; the medium and the indices are those of the first entry.
 #include "shading/contour_material.h"
 
@@ -26,10 +26,6 @@ colour blend_material::shade(ray_state& state) const {
 
 colour blend_material::transmittance(ray_state& state) const {
   return weighted_sum<colour>(*this, state.hit.value, [&](const material& m) { return m.transmittance(state); });
-}
-
-double blend_material::shininess_at(const ray_state& state) const {
-  return weighted_sum<double>(*this, state.hit.value, [&](const material& m) { return m.shininess_at(state); });
 }
 
 vector blend_material::index_triple() const {

@@ -1,5 +1,5 @@
 // contour_material.h - a material that blends colour-map materials by the
-// data value at the hit: in bands (one entry takes all) or continuously
+// data value at the hit: in steps (one entry takes all) or continuously
 // (the two entries whose levels enclose the value are mixed).
 #pragma once
 
@@ -29,7 +29,6 @@ class blend_material : public material {
 
   colour shade(ray_state& state) const override;
   colour transmittance(ray_state& state) const override;
-  double shininess_at(const ray_state& state) const override;
   vector index_triple() const override;
   void apply_medium(double distance, colour& c) const override;
 

@@ -8,7 +8,7 @@
 
 #include "shading/ray_state.h"
 #include "shading/render_context.h"
-#include "shading/world.h"
+#include "shading/tracer.h"
 
 namespace sciray {
 
@@ -17,13 +17,9 @@ namespace {
 constexpr double pi = 3.14159265358979323846;
 constexpr double degrees_per_radian = 57.29577951308232;
 
-struct light_terms {
-  colour diffuse, specular;
-};
-
 // Diffuse and specular of light `lc` arriving along the unit vector `l`.
-light_terms terms(const shading_point& p, const direction& l, const colour& lc) {
-  light_terms t;
+light_contribution terms(const shading_point& p, const direction& l, const colour& lc) {
+  light_contribution t;
   double n = dot(p.normal, l);
   if (!(n > 0.0)) n = 0.0;
   t.diffuse = n * lc;
@@ -33,35 +29,27 @@ light_terms terms(const shading_point& p, const direction& l, const colour& lc) 
 }
 
 // The terms of one light sample at `s`: shadow-tested and attenuated by distance.
-light_terms sample_terms(ray_state& state, const shading_point& p, const position& s, const colour& c,
-                         const vector& attenuation) {
-  ray_state shadow = transmission_state(state, p.point, s, colour{1.0, 1.0, 1.0}, state.medium);
+light_contribution sample_terms(const ray_state& at, const shading_point& p, const position& s, const colour& c,
+                                const vector& attenuation) {
+  ray_state shadow = transmission_state(at, p.point, s, colour{1.0, 1.0, 1.0}, at.medium);
   const double d = shadow.max_distance;
   const double f = 1 / (attenuation.x + attenuation.y * d + attenuation.z * (d * d));
-  const colour lc = f * c * state.scene->transmit(shadow);
+  const colour lc = f * c * at.tracer->transmit(shadow);
   return terms(p, shadow.r.dir, lc);
 }
 
 // Random offset in [-0.125, 0.125] for one coordinate of a disc point.
-double jitter(rand_stream& random) { return (2.0 * random.next() / 2147483647.0 - 1) * 0.125; }
-
-// Draws of one shaded point on the random stream: two per ring point.
-constexpr int area_draws = 36;
-
-// A counting pass lights nothing; a light only notes the draws it would make.
-bool counted(ray_state& state, int draws) {
-  if (!state.context->counting_draws) return false;
-  state.context->draws += static_cast<std::uint64_t>(draws);
-  state.diffuse_sum = state.specular_sum = state.ambient_sum = colour{};
-  return true;
-}
+double jitter(rand_stream& random) { return (2.0 * random.next() / rand_max - 1) * 0.125; }
 
 }  // namespace
 
 point_light::point_light(const position& where, const colour& c, const colour& ambient)
     : light(c, ambient), position_(where) {}
 
-void point_light::place_samples(ray_state& state, const shading_point& p) const {
+// Two draws per ring point of an area light.
+int point_light::draws_at(const position&) const { return radius_ > 0.0 ? 36 : 0; }
+
+void point_light::place_samples(const ray_state& at, const shading_point& p) const {
   const vector towards = position_ - p.point;
   const double apparent = radius_ * std::cos(std::asin(radius_ / length(towards)));
   // U and V span the disc facing the shaded point.
@@ -71,8 +59,8 @@ void point_light::place_samples(ray_state& state, const shading_point& p) const 
   const vector v = cross(axis, u);
 
   // Three rings of six points (outer, staggered middle, inner), then the centre.
-  rand_stream& random = state.context->random;
-  auto& samples = state.context->light_samples;
+  rand_stream& random = at.context->random;
+  auto& samples = at.context->light_samples;
   int m = 0;
   for (int ring = 0; ring < 3; ++ring) {
     const double distance = ring == 0 ? apparent : (ring == 1 ? (std::sqrt(3.0) / 2) * apparent : 0.5 * apparent);
@@ -86,60 +74,58 @@ void point_light::place_samples(ray_state& state, const shading_point& p) const 
   samples[m] = position_;
 }
 
-void point_light::illuminate(ray_state& state, const shading_point& p) const {
-  if (counted(state, radius_ > 0.0 ? area_draws : 0)) return;
-  light_terms total;
-  if (radius_ > 0.0) {
-    place_samples(state, p);  // all positions first: the jitter draws come before any shadow ray
-    const auto& samples = state.context->light_samples;
-    for (const position& s : samples) {
-      const light_terms t = sample_terms(state, p, s, colour_, attenuation_);
-      total.diffuse += t.diffuse;
-      total.specular += t.specular;
-    }
-    const double count = static_cast<double>(samples.size());
-    total.diffuse = total.diffuse / count;
-    total.specular = total.specular / count;
-  } else {
-    total = sample_terms(state, p, position_, colour_, attenuation_);
+light_contribution point_light::illuminate(const shading_point& p, const ray_state& at) const {
+  if (!(radius_ > 0.0)) {
+    light_contribution t = sample_terms(at, p, position_, colour_, attenuation_);
+    t.ambient = ambient_;
+    return t;
   }
-  state.diffuse_sum = total.diffuse;
-  state.specular_sum = total.specular;
-  state.ambient_sum = ambient_;
+  place_samples(at, p);  // all positions first: the jitter draws come before any shadow ray
+  const auto& samples = at.context->light_samples;
+  light_contribution total;
+  for (const position& s : samples) {
+    const light_contribution t = sample_terms(at, p, s, colour_, attenuation_);
+    total.diffuse += t.diffuse;
+    total.specular += t.specular;
+  }
+  const double count = static_cast<double>(samples.size());
+  return {total.diffuse / count, total.specular / count, ambient_};
 }
 
 spot_light::spot_light(const position& where, const colour& c, const colour& ambient, const direction& aim,
                        double outer, double inner)
     : point_light(where, c, ambient), aim_(aim), outer_angle_(outer), inner_angle_(inner) {}
 
-void spot_light::illuminate(ray_state& state, const shading_point& p) const {
-  const double angle = std::acos(dot(aim_, normalise(p.point - position_))) * degrees_per_radian;
-  if (!(angle < outer_angle_)) {  // outside the cone (or no angle at all): nothing
-    state.diffuse_sum = colour{};
-    state.specular_sum = colour{};
-    state.ambient_sum = colour{};
-    return;
-  }
-  const double factor = angle <= inner_angle_ ? 1.0 : (outer_angle_ - angle) / (outer_angle_ - inner_angle_);
-  point_light::illuminate(state, p);
-  state.diffuse_sum = state.diffuse_sum * factor;
-  state.specular_sum = state.specular_sum * factor;
-  state.ambient_sum = state.ambient_sum * factor;
+bool spot_light::in_cone(const position& p, double& share) const {
+  const double angle = std::acos(dot(aim_, normalise(p - position_))) * degrees_per_radian;
+  if (!(angle < outer_angle_)) return false;  // outside the cone (or no angle at all)
+  share = angle <= inner_angle_ ? 1.0 : (outer_angle_ - angle) / (outer_angle_ - inner_angle_);
+  return true;
+}
+
+light_contribution spot_light::illuminate(const shading_point& p, const ray_state& at) const {
+  double share;
+  if (!in_cone(p.point, share)) return {};
+  const light_contribution lit = point_light::illuminate(p, at);
+  return {lit.diffuse * share, lit.specular * share, lit.ambient * share};
+}
+
+int spot_light::draws_at(const position& p) const {
+  double share;
+  return in_cone(p, share) ? point_light::draws_at(p) : 0;
 }
 
 directional_light::directional_light(const direction& travel, const colour& c, const colour& ambient)
     : light(c, ambient), direction_(travel) {}
 
-void directional_light::illuminate(ray_state& state, const shading_point& p) const {
-  if (counted(state, 0)) return;
+light_contribution directional_light::illuminate(const shading_point& p, const ray_state& at) const {
   // Not attenuated: the light has no distance to the point.
   const direction l = direction::as_given(-direction_);
-  ray_state shadow = spawned_state(state, transmission_ray, p.point, l, colour{1.0, 1.0, 1.0}, state.medium);
+  ray_state shadow = spawned_state(at, transmission_ray, p.point, l, colour{1.0, 1.0, 1.0}, at.medium);
   shadow.target_at_infinity = true;
-  const light_terms t = terms(p, l, colour_ * state.scene->transmit(shadow));
-  state.diffuse_sum = t.diffuse;
-  state.specular_sum = t.specular;
-  state.ambient_sum = ambient_;
+  light_contribution t = terms(p, l, colour_ * at.tracer->transmit(shadow));
+  t.ambient = ambient_;
+  return t;
 }
 
 }  // namespace sciray

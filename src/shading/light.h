@@ -1,6 +1,6 @@
 // light.h - the lights: point (an area light when it has a radius), spot and
-// directional. Each reports what it adds to the diffuse, specular and ambient
-// sums of a shaded point, testing shadows through the world's transmit().
+// directional. Each answers what it adds to the diffuse, specular and ambient
+// light of a shaded point, testing shadows through the tracer's transmit().
 #pragma once
 
 #include "math/vector.h"
@@ -17,21 +17,26 @@ struct shading_point {
   double shininess;  // of the material whose shade is running
 };
 
+// What one light adds at a shaded point, or all lights together.
+struct light_contribution {
+  colour diffuse, specular, ambient;
+};
+
 class light {
  public:
   light(const colour& c, const colour& ambient) : colour_(c), ambient_(ambient) {}
   virtual ~light() = default;
 
   colour get_colour() const { return colour_; }
-  void set_colour(const colour& c) { colour_ = c; }
   colour get_ambient() const { return ambient_; }
-  void set_ambient(const colour& c) { ambient_ = c; }
 
-  // Writes this light's diffuse, specular and ambient contributions at `p`
-  // into the three sums of `state`.
-  virtual void illuminate(ray_state& state, const shading_point& p) const = 0;
-  // True when lighting a point draws on the random stream.
+  // What this light adds at `p`, the hit of the ray `at`; its shadow rays
+  // start from there, in the medium of `at`.
+  virtual light_contribution illuminate(const shading_point& p, const ray_state& at) const = 0;
+  // True when lighting a point may draw on the random stream.
   virtual bool draws_random() const { return false; }
+  // The values that lighting the point `p` draws on the random stream.
+  virtual int draws_at(const position&) const { return 0; }
 
  protected:
   colour colour_;
@@ -43,8 +48,9 @@ class point_light : public light {
   point_light(const position& where, const colour& c, const colour& ambient);
 
   void set_attenuation(const vector& factors, double radius) { attenuation_ = factors; radius_ = radius; }
-  void illuminate(ray_state& state, const shading_point& p) const override;
+  light_contribution illuminate(const shading_point& p, const ray_state& at) const override;
   bool draws_random() const override { return radius_ > 0.0; }
+  int draws_at(const position& p) const override;
 
   const position& location() const { return position_; }
   const vector& attenuation() const { return attenuation_; }
@@ -52,7 +58,7 @@ class point_light : public light {
 
  protected:
   // Fills the context's sample buffer with the 19 jittered disc points seen from `p`.
-  void place_samples(ray_state& state, const shading_point& p) const;
+  void place_samples(const ray_state& at, const shading_point& p) const;
 
   position position_;
   vector attenuation_{1.0, 0.0, 0.0};  // constant, linear, quadratic
@@ -64,13 +70,18 @@ class spot_light : public point_light {
   // Angles in degrees: full intensity within `inner`, none from `outer` on.
   spot_light(const position& where, const colour& c, const colour& ambient, const direction& aim,
              double outer, double inner);
-  void illuminate(ray_state& state, const shading_point& p) const override;
+  light_contribution illuminate(const shading_point& p, const ray_state& at) const override;
+  int draws_at(const position& p) const override;
 
   const direction& aim() const { return aim_; }
   double outer_angle() const { return outer_angle_; }
   double inner_angle() const { return inner_angle_; }
 
  private:
+  // The share of the light that reaches `p`: 1 within the inner cone,
+  // falling linearly to 0 at the outer one; false outside the outer cone.
+  bool in_cone(const position& p, double& share) const;
+
   direction aim_;
   double outer_angle_, inner_angle_;
 };
@@ -79,7 +90,7 @@ class directional_light : public light {
  public:
   // `travel` is the direction the light travels in.
   directional_light(const direction& travel, const colour& c, const colour& ambient);
-  void illuminate(ray_state& state, const shading_point& p) const override;
+  light_contribution illuminate(const shading_point& p, const ray_state& at) const override;
 
   const direction& travel() const { return direction_; }
 

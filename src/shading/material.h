@@ -31,8 +31,6 @@ class material {
   virtual colour transmittance(ray_state& state) const;
   // The refractive indices of red, green and blue, for the other side of a refraction.
   virtual vector index_triple() const;
-  // The highlight exponent at the hit in `state`.
-  virtual double shininess_at(const ray_state& state) const;
   // Absorbs and emits along a segment of `distance` travelled inside this medium.
   virtual void apply_medium(double distance, colour& c) const;
 

@@ -1,7 +1,7 @@
 // material_table.h - the colour map: materials indexed from 0 to its size.
 // An entry is made, default-constructed, the first time it is asked for, so
 // a map of two billion entries of which a few are given holds only those.
-// Entries never move once made: primitives and contour bands point at them
+// Entries never move once made: primitives and contour tables point at them
 // and see later changes.
 #pragma once
 

@@ -1,6 +1,6 @@
 // ray_state.h - the record each traced ray carries: what kind of ray it is,
-// where it goes, how much it still counts, the medium it travels in, its hit
-// and the light sums gathered there.
+// where it goes, how much it still counts, the medium it travels in, and
+// its hit.
 #pragma once
 
 #include "geometry/hit_record.h"
@@ -9,7 +9,7 @@
 
 namespace sciray {
 
-class world;
+class tracer;
 class material;
 struct render_context;
 
@@ -17,9 +17,8 @@ enum ray_kind : int { primary_ray = 0, reflected_ray = 1, refracted_ray = 2, tra
 
 struct ray_state {
   int kind = primary_ray;
-  const ray_state* parent = nullptr;
-  const world* scene = nullptr;
-  render_context* context = nullptr;
+  const class tracer* tracer = nullptr;  // follows this ray and the rays spawned at its hit
+  render_context* context = nullptr;     // of the thread that traces it
 
   ray r;
   double max_distance = 1e20;
@@ -33,27 +32,24 @@ struct ray_state {
   position target;
   bool target_at_infinity = false;
 
-  colour diffuse_sum, specular_sum, ambient_sum;
-
   position hit_point() const { return r.origin + hit.distance * r.dir; }
 };
 
-// A primary ray as the camera starts it: no parent, weight (1, 1, 1), no medium.
-inline ray_state primary_state(const world& w, render_context& context, const ray& r) {
+// A primary ray as the sampler starts it: weight (1, 1, 1), no medium.
+inline ray_state primary_state(const tracer& t, render_context& context, const ray& r) {
   ray_state s;
-  s.scene = &w;
+  s.tracer = &t;
   s.context = &context;
   s.r = r;
   return s;
 }
 
-// A ray spawned at the hit of `parent`: same world and context, no limit.
+// A ray spawned at the hit of `parent`: same tracer and context, no limit.
 inline ray_state spawned_state(const ray_state& parent, int kind, const position& origin, const direction& dir,
                                const colour& weight, const material* medium) {
   ray_state s;
   s.kind = kind;
-  s.parent = &parent;
-  s.scene = parent.scene;
+  s.tracer = parent.tracer;
   s.context = parent.context;
   s.r = ray(origin, dir);
   s.weight = weight;

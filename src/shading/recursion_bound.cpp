@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "shading/world.h"
+#include "shading/tracer.h"
 
 namespace sciray {
 
@@ -25,7 +25,8 @@ std::uint64_t generations(double factor, double cutoff) {
 
 }  // namespace
 
-recursion_depth recursion_bound(const world& w) {
+recursion_depth recursion_bound(const tracer& t) {
+  const world& w = t.scene();
   double any = 0.0, refractive = 0.0;
   w.for_each_material([&](const material& m) {
     for (int c = 0; c < 3; ++c) {
@@ -36,8 +37,8 @@ recursion_depth recursion_bound(const world& w) {
       refractive = std::isnan(t) ? std::numeric_limits<double>::infinity() : std::max(refractive, t);
     }
   });
-  const double cutoff = std::min({w.cutoff.x, w.cutoff.y, w.cutoff.z});
-  const auto depth_limit = static_cast<std::uint64_t>(std::max(w.depth_max, 1));
+  const double cutoff = std::min({tracer::cutoff.x, tracer::cutoff.y, tracer::cutoff.z});
+  const auto depth_limit = static_cast<std::uint64_t>(std::max(t.depth_limit(), 1));
   // A shadow ray goes on at every surface it crosses: twice per sphere or
   // cylinder, once per triangle.
   const std::uint64_t surfaces = 2 * static_cast<std::uint64_t>(w.object_count()) + 1;

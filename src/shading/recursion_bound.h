@@ -8,7 +8,7 @@
 
 namespace sciray {
 
-class world;
+class tracer;
 
 struct recursion_depth {
   std::uint64_t traces;     // trace calls open at once
@@ -20,6 +20,6 @@ struct recursion_depth {
 // of the reflective or refractive colours along its path, reaches the
 // cut-off in some channel), and from the number of surfaces a shadow ray
 // can cross.
-recursion_depth recursion_bound(const world& w);
+recursion_depth recursion_bound(const tracer& t);
 
 }  // namespace sciray

@@ -20,11 +20,6 @@ struct render_context {
 
   int depth_now = 0;  // trace calls currently open
 
-  // A counting pass traces the ray tree without lighting it: each light
-  // that would draw on the random stream adds its draws here instead.
-  bool counting_draws = false;
-  std::uint64_t draws = 0;
-
   rand_stream random;      // the single stream every random choice draws from
   noise_registry noise;    // the shared noise lattice, made on first use
 

@@ -1,6 +1,7 @@
-// world.h - the scene root: it owns the primitives, lights, materials, sky
-// and atmosphere, and answers what colour a ray brings back (trace) and how
-// much light reaches the end of a shadow ray (transmit).
+// world.h - the scene root: everything a ray can meet, owned for the whole
+// run. The scene reader adds the primitives, lights, colour maps and
+// contour tables and sets the ambient light; the program run makes the sky
+// and the atmosphere. The tracer (tracer.h) follows rays through it.
 #pragma once
 
 #include <memory>
@@ -13,7 +14,6 @@
 #include "shading/light.h"
 #include "shading/material.h"
 #include "shading/material_table.h"
-#include "shading/ray_state.h"
 
 namespace sciray {
 
@@ -34,9 +34,9 @@ class world {
   void retire(std::shared_ptr<roughness> r);
 
   std::size_t object_count() const { return builder_.size() + geometry_.size(); }
-  // Builds the bounding hierarchy over the primitives added so far; they
-  // are traced from then on.
-  void build_hierarchy(int leaf_size) { builder_.build(leaf_size, geometry_); }
+  // Builds the bounding hierarchy over the primitives added so far, with
+  // leaves of at most `leaf_limit` of them; they are traced from then on.
+  void build_hierarchy(std::uint32_t leaf_limit = leaf_size) { builder_.build(geometry_, leaf_limit); }
   const scene_geometry& geometry() const { return geometry_; }
   const std::vector<std::unique_ptr<light>>& lights() const { return lights_; }
   // Calls f(m) for every material of every colour map read.
@@ -47,26 +47,11 @@ class world {
   // True when shading draws on the random stream (an area light).
   bool draws_random() const;
 
-  colour trace(ray_state& state) const;
-  colour transmit(ray_state& state) const;
-  void gather_light(ray_state& state, const shading_point& p) const;
-
-  // Tracing settings (the program run copies them from the render block).
-  colour ambient{0.0, 0.0, 0.0};
-  int depth_max = 1;
-  bool shadows = false;
-  bool highlights = false;
-  colour cutoff{0.01, 0.01, 0.01};
+  colour ambient{0.0, 0.0, 0.0};       // added to the ambient light of every shaded point
   material atmosphere;                 // the medium of open space
   std::unique_ptr<colour_source> sky;  // none: rays that escape are black
 
  private:
-  // Finds the nearest hit closer than the state's max_distance; counts one ray.
-  bool find_hit(ray_state& state) const;
-  // The material of the hit primitive (null: none), after the surface data
-  // of the hit is filled in.
-  const material* surface_of_hit(ray_state& state) const;
-
   geometry_builder builder_;
   scene_geometry geometry_;
   std::vector<std::unique_ptr<light>> lights_;

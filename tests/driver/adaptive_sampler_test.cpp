@@ -4,12 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
 #include <vector>
 
 #include "environment/sky.h"
 #include "shading/render_context.h"
-#include "shading/world.h"
+#include "shading/tracer.h"
 
 namespace sciray {
 namespace {
@@ -28,16 +29,18 @@ struct sampler_scene {
     sampler.sample_lower_edge(edges[0], 0, source);
     for (int y = 0; y < rows; ++y) {
       sample_edge& upper = edges[(y + 1) % 2];
-      sampler.clear(upper, y);
-      sampler.render_row(y, edges[y % 2], upper, source, [&](int, const colour& c) { pixels.push_back(c); });
+      sampler.clear(upper);
+      sampler.render_row(y, edges[y % 2], upper, source, [](int) {},
+                         [&](int, const colour& c) { pixels.push_back(c); });
     }
     return pixels;
   }
 
   world w;
+  tracer tracing{w, render_settings{}};
   render_context context;
   std::unique_ptr<camera> cam = make_camera(make_camera_basis(view_settings{}, "sciray"), true);
-  pixel_source source{*cam, w, context};
+  pixel_source source{*cam, tracing, context};
   screen_window window;
   int step = 0;
 };
@@ -94,16 +97,18 @@ TEST(adaptive_sampler, depth_and_tolerance_are_clamped) {
 TEST(adaptive_sampler, neighbouring_rows_on_two_threads_trace_what_one_thread_does) {
   // A ball in front of the sky: edges and corners of it are subdivided. One
   // thread renders the rows one after another; then two threads render the
-  // even and the odd rows at once, each row following the row below it.
+  // even and the odd rows at once, each pixel after the pixel below it.
   // The pixels and the rays each row traces must be the same.
   world w;
   material plain;
   plain.ambient = colour(1, 0.5, 0.25);
   w.ambient = colour(1, 1, 1);
-  w.depth_max = 2;
   w.sky = std::make_unique<sky_gradient>(direction(0, 1, 0), colour(0, 0, 1), colour(0, 0, 1), colour(0, 0, 1));
-  w.builder().add_sphere(position(0.1, -0.2, 0), 0.9, &plain);
-  w.build_hierarchy(8);
+  w.builder().add(sphere{position(0.1, -0.2, 0), 0.9}, &plain);
+  w.build_hierarchy();
+  render_settings settings;
+  settings.depth = 2;
+  const tracer tracing(w, settings);
   const auto cam = make_camera(make_camera_basis(view_settings{}, "sciray"), true);
   const int columns = 23, rows = 17;
   const screen_window window = make_screen_window(2.8, 2.8, columns, rows);
@@ -112,24 +117,37 @@ TEST(adaptive_sampler, neighbouring_rows_on_two_threads_trace_what_one_thread_do
     std::vector<colour> pixels;
     std::uint32_t rays = 0;
   };
+  // Pixels finished in each row; the lower edge of row 0 counts as a
+  // finished row -1.
+  std::vector<std::atomic<int>> finished(rows + 1);
+  const auto wait_below = [&](int y, int c) {
+    for (int done = finished[y].load(); done <= c; done = finished[y].load()) finished[y].wait(done);
+  };
   // Renders the rows r with r % stride == first, the lower edge of row 0 first.
   const auto render_rows = [&](std::vector<row_result>& out, std::vector<sample_edge>& edges, int first, int stride) {
     render_context context;
-    const pixel_source source{*cam, w, context};
+    const pixel_source source{*cam, tracing, context};
     adaptive_sampler sampler(window, 0.05, 3);
     if (first == 0) sampler.sample_lower_edge(edges[0], 0, source);
     for (int y = first; y < rows; y += stride) {
       const std::uint32_t before = context.ray_count;
       sample_edge& upper = edges[static_cast<std::size_t>(y + 1) % edges.size()];
-      sampler.clear(upper, y);
-      sampler.render_row(y, edges[static_cast<std::size_t>(y) % edges.size()], upper, source,
-                         [&](int, const colour& c) { out[static_cast<std::size_t>(y)].pixels.push_back(c); });
+      sampler.clear(upper);
+      sampler.render_row(
+          y, edges[static_cast<std::size_t>(y) % edges.size()], upper, source, [&](int c) { wait_below(y, c); },
+          [&](int c, const colour& v) {
+            out[static_cast<std::size_t>(y)].pixels.push_back(v);
+            finished[y + 1].store(c + 1);
+            finished[y + 1].notify_all();
+          });
       out[static_cast<std::size_t>(y)].rays = context.ray_count - before;
     }
   };
   std::vector<row_result> alone(rows), together(rows);
   std::vector<sample_edge> two(2), ring(rows + 1);
+  finished[0] = columns;
   render_rows(alone, two, 0, 1);
+  for (int y = 1; y <= rows; ++y) finished[y] = 0;
   std::thread odd([&] { render_rows(together, ring, 1, 2); });
   render_rows(together, ring, 0, 2);
   odd.join();

@@ -6,18 +6,10 @@
 
 #include <cmath>
 
-#include "math/ray.h"
-#include "shading/render_context.h"
-#include "shading/world.h"
+#include "support/expect_near.h"
 
-namespace sciray {
+namespace sciray::testing {
 namespace {
-
-void expect_near(const vector& a, const vector& b, double tolerance = 1e-12) {
-  EXPECT_NEAR(a.x, b.x, tolerance);
-  EXPECT_NEAR(a.y, b.y, tolerance);
-  EXPECT_NEAR(a.z, b.z, tolerance);
-}
 
 TEST(camera_basis, default_view_looks_down_z_with_y_up) {
   const camera_basis b = make_camera_basis(view_settings{}, "sciray");
@@ -57,33 +49,22 @@ TEST(camera_basis, fatal_checks_name_the_program) {
               "^prog: up_vector_1 and up_vector_2 are ambiguous\n$");
 }
 
-// A world whose sky shows the direction of the ray as its colour, so the
-// traced ray can be read back from the returned colour.
-class direction_sky : public colour_source {
- public:
-  colour colour_of(const direction& d) const override { return d; }
-};
-
-TEST(camera_sample, perspective_and_orthographic_rays) {
-  world w;
-  w.sky = std::make_unique<direction_sky>();
-  render_context context;
+TEST(camera, perspective_and_orthographic_rays) {
   const camera_basis b = make_camera_basis(view_settings{}, "sciray");
+  const auto perspective = make_camera(b, true), orthographic = make_camera(b, false);
 
-  ray_state state = primary_state(w, context, ray());
-  const colour centre = make_camera(b, true)->sample(0, 0, state);
-  EXPECT_EQ(centre, vector(0, 0, -1));  // the window centre is seen along view_dir exactly
-  EXPECT_EQ(state.r.origin, vector(0, 0, 5.6));
-  EXPECT_EQ(state.r.inv_dir, vector(1, 1, -1));  // zero components give 1, not infinity
+  const ray centre = perspective->primary_ray(0, 0);
+  EXPECT_EQ(centre.dir, vector(0, 0, -1));  // the window centre is seen along view_dir exactly
+  EXPECT_EQ(centre.origin, vector(0, 0, 5.6));
+  EXPECT_EQ(centre.inv_dir, vector(1, 1, -1));  // zero components give 1, not infinity
+  // The window lies on the plane through the look-at point: its edge at
+  // x = 5.6 is seen at 45 degrees.
+  expect_near(perspective->primary_ray(5.6, 0).dir, normalise(vector(1, 0, -1)));
 
-  state = primary_state(w, context, ray());
-  expect_near(make_camera(b, true)->sample(5.6, 0, state), normalise(vector(1, 0, -1)));
-
-  state = primary_state(w, context, ray());
-  EXPECT_EQ(make_camera(b, false)->sample(0.5, -0.25, state), vector(0, 0, -1));
-  EXPECT_EQ(state.r.origin, vector(0.5, -0.25, 5.6));
-  EXPECT_EQ(state.max_distance, 1e20);
+  const ray parallel = orthographic->primary_ray(0.5, -0.25);
+  EXPECT_EQ(parallel.dir, vector(0, 0, -1));
+  EXPECT_EQ(parallel.origin, vector(0.5, -0.25, 5.6));
 }
 
 }  // namespace
-}  // namespace sciray
+}  // namespace sciray::testing

@@ -47,7 +47,7 @@ std::string example_with(const char* example, const std::string& settings) {
 
 void render_text(const std::string& text, render_request request, render_output& out) {
   const std::string path = write_scratch_file("scene.ren", text);
-  render_scene(scene_file_ptr(std::fopen(path.c_str(), "r")), request, out);
+  render_scene(c_file(std::fopen(path.c_str(), "r")), request, out);
 }
 
 TEST(render_job, hands_over_what_the_program_prints) {

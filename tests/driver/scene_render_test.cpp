@@ -1,6 +1,6 @@
 // scene_render_test.cpp - small scenes rendered end to end, checked by
 // properties of the picture: the object count, which pixels show the
-// background, and where contour bands put their colours.
+// background, and where contour tables put their colours.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -69,7 +69,7 @@ TEST(scene_render, sky_up_is_the_accepted_up_vector_normalised_again) {
 }
 
 // A square facing the camera whose data value runs from 0 at its left edge
-// to 2 at its right, coloured by three bands at 0, 1 and 2 that show pure
+// to 2 at its right, coloured by three entries at 0, 1 and 2 that show pure
 // red, green and blue under white ambient light.
 std::string contour_square(const std::string& style) {
   return "render_002 { width 8 height 8 atmosphere_len 0 }\n"
@@ -81,13 +81,13 @@ std::string contour_square(const std::string& style) {
          style + " xyz -1 -1 0 1 -1 0 1 1 0 -1 1 0 values 0 2 2 0 } }\n";
 }
 
-TEST(scene_render, contour_bands_and_blends_fall_where_the_values_put_them) {
-  const samples bands = render(contour_square("gr_contour_bands"));
-  for (int x = 0; x < 8; ++x)  // values up to 1 take band 1, above it band 2
-    EXPECT_EQ(pixel(bands, 8, x, 3), (x < 4 ? rgb{0, 255, 0} : rgb{0, 0, 255})) << "column " << x;
+TEST(scene_render, contour_steps_and_blends_fall_where_the_values_put_them) {
+  const samples steps = render(contour_square("gr_contour_bands"));
+  for (int x = 0; x < 8; ++x)  // values up to 1 take entry 1, above it entry 2
+    EXPECT_EQ(pixel(steps, 8, x, 3), (x < 4 ? rgb{0, 255, 0} : rgb{0, 0, 255})) << "column " << x;
 
-  // Blended: column 0 has the value 0.125, 7/8 of band 0 and 1/8 of band 1;
-  // above the middle level the last band is taken whole.
+  // Blended: column 0 has the value 0.125, 7/8 of entry 0 and 1/8 of entry 1;
+  // above the middle level the last entry is taken whole.
   const samples blend = render(contour_square("gr_contour_continuous"));
   EXPECT_EQ(pixel(blend, 8, 0, 5), (rgb{223, 31, 0}));
   EXPECT_EQ(pixel(blend, 8, 3, 5), (rgb{31, 223, 0}));

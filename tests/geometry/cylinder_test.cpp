@@ -8,10 +8,8 @@
 
 #include "geometry_test_support.h"
 
-namespace sciray {
+namespace sciray::testing {
 namespace {
-
-using namespace geometry_testing;
 
 const direction plus_x(1, 0, 0), plus_y(0, 1, 0);
 
@@ -57,7 +55,7 @@ TEST(cylinder, roots_and_admissibility) {
 
 TEST(cylinder, bounds_and_surface_data) {
   // The union of the cubes of half-side `radius` around the two ends.
-  EXPECT_EQ(bounds_of(cylinder(position(1, 2, 3), position(-1, 4, 3), 0.5).bounds()),
+  EXPECT_EQ(bounds_of(cylinder{position(1, 2, 3), position(-1, 4, 3), 0.5}.bounds()),
             (box_bounds{-1.5, 1.5, 2.5, 1.5, 4.5, 3.5}));
   shape_scene tube = standing();
   EXPECT_EQ(tube.hit(ray(position(-5, 0, 2), plus_x)).value, 30.0);
@@ -76,4 +74,4 @@ TEST(cylinder, bounds_and_surface_data) {
 }
 
 }  // namespace
-}  // namespace sciray
+}  // namespace sciray::testing

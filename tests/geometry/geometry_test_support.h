@@ -8,33 +8,35 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include "geometry/geometry_builder.h"
 #include "geometry/scene_geometry.h"
 #include "shading/material.h"
 
-namespace sciray::geometry_testing {
+namespace sciray::testing {
 
 class shape_scene {
  public:
-  explicit shape_scene(int leaf_size = 1 << 30) : leaf_size_(leaf_size) {}
+  explicit shape_scene(std::uint32_t leaf_limit = 1 << 30) : leaf_limit_(leaf_limit) {}
 
-  shape_scene& ball(const position& c, double r) {
-    builder_.add_sphere(c, r, &plain_);
+  template <typename S>
+  shape_scene& add(const S& shape) {
+    builder_.add(shape, &plain_);
     return *this;
   }
+  shape_scene& ball(const position& c, double r) { return add(sphere{c, r}); }
   shape_scene& tube(const position& a, const position& b, double r, double v0 = 0, double v1 = 0) {
-    builder_.add_cylinder(a, b, r, &plain_, v0, v1);
-    return *this;
+    return add(cylinder{a, b, r, v0, v1});
   }
-  shape_scene& piece(const position& p0, const position& p1, const position& p2, const direction* normals = nullptr,
-                     const double* values = nullptr) {
-    builder_.add_triangle(p0, p1, p2, normals, values, &plain_);
-    return *this;
+  shape_scene& piece(const position& p0, const position& p1, const position& p2,
+                     std::optional<std::array<direction, 3>> normals = {},
+                     std::optional<std::array<double, 3>> values = {}) {
+    return add(triangle{{p0, p1, p2}, normals, values});
   }
 
   const scene_geometry& geometry() {
-    if (!built_) builder_.build(leaf_size_, geometry_);
+    if (!built_) builder_.build(geometry_, leaf_limit_);
     built_ = true;
     return geometry_;
   }
@@ -62,7 +64,7 @@ class shape_scene {
   std::uint32_t tests() const { return tests_; }
 
  private:
-  int leaf_size_;
+  std::uint32_t leaf_limit_;
   material plain_;
   geometry_builder builder_;
   scene_geometry geometry_;
@@ -76,4 +78,4 @@ inline box_bounds bounds_of(const bounding_box& b) {
   return {b.axis[0].lo, b.axis[1].lo, b.axis[2].lo, b.axis[0].hi, b.axis[1].hi, b.axis[2].hi};
 }
 
-}  // namespace sciray::geometry_testing
+}  // namespace sciray::testing

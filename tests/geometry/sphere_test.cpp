@@ -8,10 +8,8 @@
 
 #include "geometry_test_support.h"
 
-namespace sciray {
+namespace sciray::testing {
 namespace {
-
-using namespace geometry_testing;
 
 const direction plus_z(0, 0, 1);
 
@@ -20,7 +18,7 @@ double first_hit(const sphere& s, const ray& r, double limit = 1e20) {
 }
 
 TEST(sphere, roots_and_admissibility) {
-  const sphere s(position(0, 0, 0), 1);
+  const sphere s{position(0, 0, 0), 1};
   const ray from_below(position(0, 0, -5), plus_z);  // roots 4 and 6
   EXPECT_EQ(first_hit(s, from_below), 4.0);
   EXPECT_EQ(first_hit(s, from_below, 4.0), -1.0);  // strictly below the current distance
@@ -32,11 +30,11 @@ TEST(sphere, roots_and_admissibility) {
   EXPECT_EQ(first_hit(s, ray(position(0, 0, -1 - larger), plus_z)), larger);
   // A tangent ray (discriminant exactly 0) and a sphere of radius 0 miss.
   EXPECT_EQ(first_hit(s, ray(position(1, 0, -5), plus_z)), -1.0);
-  EXPECT_EQ(first_hit(sphere(position(0, 0, 0), 0), from_below), -1.0);
+  EXPECT_EQ(first_hit(sphere{position(0, 0, 0), 0}, from_below), -1.0);
 }
 
 TEST(sphere, bounds_and_normal) {
-  EXPECT_EQ(bounds_of(sphere(position(1, -2, 3), 0.5).bounds()), (box_bounds{0.5, -2.5, 2.5, 1.5, -1.5, 3.5}));
+  EXPECT_EQ(bounds_of(sphere{position(1, -2, 3), 0.5}.bounds()), (box_bounds{0.5, -2.5, 2.5, 1.5, -1.5, 3.5}));
   shape_scene ball;
   ball.ball(position(0, 0, 0), 2);
   // From inside: the exit, with the normal outwards (along the ray).
@@ -53,4 +51,4 @@ TEST(sphere, bounds_and_normal) {
 }
 
 }  // namespace
-}  // namespace sciray
+}  // namespace sciray::testing

@@ -14,10 +14,8 @@
 
 #include "geometry/geometry_test_support.h"
 
-namespace sciray {
+namespace sciray::testing {
 namespace {
-
-using namespace geometry_testing;
 
 // The slab rule, one box at a time, as plainly as it can be written.
 bool enter_box(const bounding_box& box, const ray& r, double distance, double& entry) {
@@ -118,8 +116,8 @@ struct ball_scene {
 
   ball_scene(int n, const auto& centre, double radius = 0.5) : numbered(static_cast<std::size_t>(n)) {
     geometry_builder builder;
-    for (int i = 0; i < n; ++i) builder.add_sphere(centre(i), radius, &numbered[static_cast<std::size_t>(i)]);
-    builder.build(8, geometry);
+    for (int i = 0; i < n; ++i) builder.add(sphere{centre(i), radius}, &numbered[static_cast<std::size_t>(i)]);
+    builder.build(geometry);
   }
   const bounding_hierarchy& h() const { return geometry.hierarchy(); }
   int number(primitive_ref p) const {
@@ -201,8 +199,8 @@ TEST(bounding_hierarchy, walk_goes_nearest_first_and_prunes) {
   shape_scene tris(8);
   for (int i = 0; i < 16; ++i) {
     const double x = i < 7 ? i - 10 : (i > 8 ? i - 5 : 0);
-    const double v[3] = {double(i), double(i), double(i)};
-    tris.piece(position(x - 0.5, -0.5, 0), position(x + 0.5, -0.5, 0), position(x, 0.5, 0), nullptr, v);
+    tris.piece(position(x - 0.5, -0.5, 0), position(x + 0.5, -0.5, 0), position(x, 0.5, 0), {},
+               std::array{double(i), double(i), double(i)});
   }
   // Both leaves are entered at distance 5, so the right one (with B) goes
   // first; the left one, popped, is still entered at exactly the hit
@@ -222,7 +220,7 @@ TEST(bounding_hierarchy, deep_tree_finds_the_nearest_hit_with_fewer_tests) {
     double nearest = 1e20;
     int number = -1;
     for (int i = 0; i < 600; ++i)
-      if (sphere(centres[i], 0.3).intersect(r, nearest)) number = i;
+      if (sphere{centres[i], 0.3}.intersect(r, nearest)) number = i;
     const auto [tests, found] = s.trace(r);
     EXPECT_EQ(found, number) << k;
     walked += tests;
@@ -231,4 +229,4 @@ TEST(bounding_hierarchy, deep_tree_finds_the_nearest_hit_with_fewer_tests) {
 }
 
 }  // namespace
-}  // namespace sciray
+}  // namespace sciray::testing

@@ -1,12 +1,12 @@
 // contour_table_block_test.cpp - the two contour tables built from the
-// band pairs, reached through the contour-coloured geometry that uses them,
+// (index, value) pairs, reached through the contour-coloured geometry that uses them,
 // and the block's messages.
 #include "scene_text.h"
 
 namespace sciray::testing {
 namespace {
 
-using bands = std::vector<std::pair<colour, double>>;
+using entries = std::vector<std::pair<colour, double>>;
 
 // Contour lines use the steps table, continuous contour polygons the blending one.
 const std::string contour_geometry =
@@ -21,10 +21,11 @@ std::vector<const contour_material*> tables(scene_from_text& s) {
   return found;
 }
 
-// A table's bands: the diffuse colour of the entry each names, and its level.
-bands bands_of(const contour_material& table) {
-  bands result;
-  for (const auto& band : table.entries()) result.push_back({band.mat->diffuse, band.level});
+// A table's entries: the diffuse colour of the colour-map entry each names,
+// and its level.
+entries entries_of(const contour_material& table) {
+  entries result;
+  for (const auto& entry : table.entries()) result.push_back({entry.mat->diffuse, entry.level});
   return result;
 }
 
@@ -33,9 +34,9 @@ TEST(contour_table_block, builds_a_steps_and_a_blending_table) {
   const auto t = tables(s);
   ASSERT_EQ(t.size(), 2u);
   ASSERT_TRUE(t[0] != nullptr && t[1] != nullptr);
-  // Bands in file order, each pointing at the colour-map entry it names.
+  // Entries in file order, each pointing at the colour-map entry it names.
   for (const contour_material* table : t) {
-    EXPECT_EQ(bands_of(*table), bands({{{2, 0, 0}, -1}, {{0, 0, 0}, 0.5}, {{1, 0, 0}, 4}}));
+    EXPECT_EQ(entries_of(*table), entries({{{2, 0, 0}, -1}, {{0, 0, 0}, 0.5}, {{1, 0, 0}, 4}}));
   }
   EXPECT_EQ(t[0]->entries()[1].mat, t[1]->entries()[1].mat);
 
@@ -45,7 +46,7 @@ TEST(contour_table_block, builds_a_steps_and_a_blending_table) {
   ASSERT_EQ(tables(later).size(), 2u);
   for (const contour_material* table : tables(later)) {
     ASSERT_NE(table, nullptr);
-    EXPECT_EQ(bands_of(*table), bands({{{1, 0, 0}, 5}, {{0, 0, 0}, 6}}));
+    EXPECT_EQ(entries_of(*table), entries({{{1, 0, 0}, 5}, {{0, 0, 0}, 6}}));
   }
   // The file may end right after the pairs; geometry before any table draws nothing.
   scene_from_text cut(numbered_colormap(2) + contour_geometry + "contour_table_001 2 { 0 0 1 1");

@@ -11,18 +11,21 @@ namespace {
 // of `radius`, drawn with colour-map entry `entry`.
 void expect_segment(scene_from_text& s, primitive_ref p, const position& start, const vector& axis, double length,
                     double radius, double entry) {
-  ASSERT_EQ(p.kind(), shape_kind::cylinder);
-  const cylinder_shape& c = s.geometry().cylinder_at(p.index());
-  EXPECT_EQ(c.start, start);
-  EXPECT_EQ(std::make_pair(vector(c.axis), c.length), std::make_pair(axis, length));
-  EXPECT_EQ(s.geometry().cylinder_surface_at(p.index()).radius, radius);
+  ASSERT_EQ(p.kind(), kind_of<cylinder>);
+  const cylinder::set& c = s.geometry().shapes<cylinder>();
+  const auto q = [&](cylinder::set::column column) { return c.at(column, p.index()); };
+  EXPECT_EQ(vectors({{q(c.start_x), q(c.start_y), q(c.start_z)}, {q(c.axis_x), q(c.axis_y), q(c.axis_z)}}),
+            vectors({start, axis}));
+  EXPECT_EQ(reals({q(c.axis_length), q(c.radius_squared)}), reals({length, radius * radius}));
   EXPECT_EQ(s.material_of(p)->diffuse, colour(entry, 0, 0));
 }
 
 void expect_ball(scene_from_text& s, primitive_ref p, const position& centre, double radius, double entry) {
-  ASSERT_EQ(p.kind(), shape_kind::sphere);
-  EXPECT_EQ(s.geometry().sphere_at(p.index()).center, centre);
-  EXPECT_EQ(s.geometry().sphere_at(p.index()).radius, radius);
+  ASSERT_EQ(p.kind(), kind_of<sphere>);
+  const sphere::set& b = s.geometry().shapes<sphere>();
+  const auto q = [&](sphere::set::column column) { return b.at(column, p.index()); };
+  EXPECT_EQ(position(q(b.center_x), q(b.center_y), q(b.center_z)), centre);
+  EXPECT_EQ(q(b.radius_squared), radius * radius);
   EXPECT_EQ(s.material_of(p)->diffuse, colour(entry, 0, 0));
 }
 
@@ -50,9 +53,10 @@ TEST(geometry_block, line_records) {
   // Contour lines carry the values of their ends and use the steps table.
   for (int i = 0; i < 2; ++i) {
     const auto* steps = dynamic_cast<const contour_material*>(s.material_of(objects[4 + i]));
-    ASSERT_TRUE(objects[4 + i].kind() == shape_kind::cylinder && steps != nullptr && !steps->continuous());
-    const cylinder_surface& c = s.geometry().cylinder_surface_at(objects[4 + i].index());
-    EXPECT_EQ(std::make_pair(c.value_start, c.value_end), std::make_pair(0.5 + i, 1.5 + i));
+    ASSERT_TRUE(objects[4 + i].kind() == kind_of<cylinder> && steps != nullptr && !steps->continuous());
+    const cylinder::set& c = s.geometry().shapes<cylinder>();
+    const std::uint32_t k = objects[4 + i].index();
+    EXPECT_EQ(std::make_pair(c.value_start(k), c.value_end(k)), std::make_pair(0.5 + i, 1.5 + i));
   }
 }
 
@@ -73,14 +77,13 @@ TEST(geometry_block, radii_as_they_stand_at_each_record_polygons_and_symbols) {
   expect_segment(s, objects[2], {0, 0, 0}, {1, 0, 0}, 1, 0.5, 0);
   // Polygons are drawn whatever the radii; without "norm" a triangle keeps its face normal.
   for (const primitive_ref p : {objects[0], objects[3]}) {
-    ASSERT_EQ(p.kind(), shape_kind::triangle);
+    ASSERT_EQ(p.kind(), kind_of<triangle>);
     EXPECT_EQ(s.material_of(p)->diffuse, colour(1, 0, 0));
-    const triangle_shape& t = s.geometry().triangle_at(p.index());
-    EXPECT_EQ(t.normal, vector(0, 0, 1));
-    double at, b1, b2;
-    ASSERT_TRUE(t.intersect(ray(position(0.25, 0.25, 1), direction(0, 0, -1)), 1e20, at, b1, b2));
-    EXPECT_EQ(std::make_pair(b1, b2), std::make_pair(0.25, 0.25));
-    for (int k = 0; k < 3; ++k) EXPECT_EQ(s.geometry().corner_normal(p.index(), k), t.normal);
+    const triangle::set& t = s.geometry().shapes<triangle>();
+    double root[2];
+    ASSERT_TRUE(t.candidates(p.index(), 1, ray(position(0.25, 0.25, 1), direction(0, 0, -1)), root));
+    EXPECT_EQ(root[0], 1.0);
+    for (int k = 0; k < 3; ++k) EXPECT_EQ(t.corner_normal(p.index(), k), vector(0, 0, 1));
   }
   // Every symbol shape but gr_null is a ball; no type, no xyz or the end of file drops it.
   for (int i = 4; i < 6; ++i) expect_ball(s, objects[i], {1, 2, 3}, 0.25, 1);

@@ -42,23 +42,24 @@ TEST(polygon_split, halves_depth_first_into_triangles_that_carry_their_corner_da
   for (const auto& [n, expected] : shapes) {
     EXPECT_EQ(split_polygon(n), expected) << n;
     // The drawn triangles, in build order, carry their corners' normals and
-    // values; no style draws lines; only the continuous style blends bands,
+    // values; no style draws lines; only the continuous style blends entries,
     // and the centroid style gives every corner the mean of all n values.
     for (const std::string style : {"", "style gr_contour_lines", "style gr_contour_bands",
                                     "style gr_contour_continuous", "style gr_contour_centroid"}) {
       SCOPED_TRACE(std::to_string(n) + " " + style);
       scene_from_text s(polygon_scene(n, style));
       const auto pieces = s.primitives();
+      const triangle::set& triangles = s.geometry().shapes<triangle>();
       ASSERT_EQ(pieces.size(), expected.size());
       for (std::size_t t = 0; t < pieces.size(); ++t) {
         const auto* table = dynamic_cast<const contour_material*>(s.material_of(pieces[t]));
-        ASSERT_TRUE(pieces[t].kind() == shape_kind::triangle && table != nullptr);
+        ASSERT_TRUE(pieces[t].kind() == kind_of<triangle> && table != nullptr);
         EXPECT_EQ(table->continuous(), style == "style gr_contour_continuous");
         for (int k = 0; k < 3; ++k) {
           const int corner = expected[t][k];
           const std::uint32_t i = pieces[t].index();
-          EXPECT_EQ(s.geometry().corner_normal(i, k), normalise(vector(corner, 1, 2))) << t << " " << k;
-          EXPECT_EQ(s.geometry().corner_value(i, k),
+          EXPECT_EQ(triangles.corner_normal(i, k), normalise(vector(corner, 1, 2))) << t << " " << k;
+          EXPECT_EQ(triangles.corner_value(i, k),
                     style == "style gr_contour_centroid" ? 5.0 * (n - 1) : 10.0 * corner)
               << t << " " << k;
         }

@@ -12,15 +12,15 @@
 #include "scene_file/scene_reader.h"
 #include "shading/render_context.h"
 #include "shading/world.h"
+#include "support/c_file.h"
 
 namespace sciray::testing {
 
 // A scene read from `text`, which may hold any bytes, NUL included.
 struct scene_from_text {
   explicit scene_from_text(std::string text) {
-    std::FILE* file = fmemopen(text.data(), text.size(), "r");
-    read_scene_file(file, scene, settings, context);
-    std::fclose(file);
+    const c_file file(fmemopen(text.data(), text.size(), "r"));
+    read_scene_file(file.get(), scene, settings, context);
   }
   // The primitives in the order read (built into one leaf, which keeps the
   // list order).

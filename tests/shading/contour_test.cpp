@@ -1,4 +1,4 @@
-// contour_test.cpp - the contour blend: weights in band and continuous mode,
+// contour_test.cpp - the contour blend: weights in steps and continuous mode,
 // entries without weight never asked for a colour, blended operations and
 // the ones handed to the first entry.
 #include <gtest/gtest.h>
@@ -34,19 +34,16 @@ pairs listed(const contour_material& t, double value) {
 }
 
 TEST(contour_blend, weights_blended_operations_and_first_entry_delegation) {
-  // Red, green, blue and black entries of shininess 10, 20, 40 and 80; the
-  // first three at levels 0, 1, 2 in bands, all four at 0 .. 3 blended.
+  // Red, green, blue and black entries; the first three at levels 0, 1, 2
+  // in steps, all four at 0 .. 3 blended.
   counting_material entry[4];
   contour_material steps(false), four(true), single(false), empty(true), flat(true);
-  for (int i = 0; i < 4; ++i) {
-    entry[i].shininess = 10 << i;
-    four.add(&entry[i], i);
-  }
+  for (int i = 0; i < 4; ++i) four.add(&entry[i], i);
   for (int i = 0; i < 3; ++i) {
     entry[i].emission[i] = 1.0;
     steps.add(&entry[i], i);
   }
-  // Bands: below the first level, then each interval (level k, level k+1]; the
+  // Steps: below the first level, then each interval (level k, level k+1]; the
   // last level is never compared.
   EXPECT_EQ(listed(steps, -1.0), (pairs{{0, 1.0}}));
   EXPECT_EQ(listed(steps, 0.0), (pairs{{1, 1.0}}));  // equal to level 0 is not below it
@@ -67,13 +64,12 @@ TEST(contour_blend, weights_blended_operations_and_first_entry_delegation) {
   for (double level : {0.0, 0.0, 3.0}) flat.add(&entry[0], level);
   EXPECT_TRUE(std::isnan(flat.weights(0.0).weight[0]));
 
-  // Colours, filters and shininess are weighted sums; an entry of weight 0 is
+  // Colours and filters are weighted sums; an entry of weight 0 is
   // never asked.
   ray_state s;
   s.hit.value = 0.25;
   EXPECT_EQ(four.shade(s), colour(0.75, 0.25, 0.0));
   EXPECT_EQ(four.transmittance(s), colour(0.75, 0.25, 0.0));
-  EXPECT_EQ(four.shininess_at(s), 0.75 * 10 + 0.25 * 20);
   s.hit.value = 1.0;
   EXPECT_EQ(four.shade(s), colour(0.0, 1.0, 0.0));
   EXPECT_EQ(std::make_pair(entry[0].calls, entry[2].calls), std::make_pair(2, 0));
@@ -87,7 +83,6 @@ TEST(contour_blend, weights_blended_operations_and_first_entry_delegation) {
   empty.apply_medium(5.0, c);
   EXPECT_NEAR(c.x, 0.5, 1e-15);
   EXPECT_EQ(empty.shade(s), colour());
-  EXPECT_EQ(empty.shininess_at(s), 0.0);
   EXPECT_EQ(empty.index_triple(), vector());
 }
 

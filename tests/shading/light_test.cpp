@@ -8,9 +8,10 @@
 #include <utility>
 #include <vector>
 
+#include "support/expect_near.h"
 #include "test_scene.h"
 
-namespace sciray {
+namespace sciray::testing {
 namespace {
 
 constexpr double degree = 3.14159265358979323846 / 180;
@@ -19,40 +20,35 @@ const direction up(0.0, 0.0, 1.0), down(0.0, 0.0, -1.0);
 const direction tilted(std::sin(60 * degree), 0.0, std::cos(60 * degree));  // 60 degrees off up
 
 // A point shaded on a surface facing `normal`, with mirror direction `mirror`.
-struct lit_point : test::bench {
-  ray_state state = start(position(), direction());
+struct lit_point : bench {
   shading_point p;
 
   lit_point(const direction& normal, const vector& mirror, double shininess, const position& where = position())
       : p{where, normal, mirror, shininess} {}
-  ray_state light_up(const light& l) {
-    ready();
-    l.illuminate(state, p);
-    return state;
-  }
+  // What `l` adds at the point, for a ray that hit it.
+  light_contribution light_up(const light& l) { return l.illuminate(p, start(position(), direction())); }
 };
 
-// What `l` adds to the diffuse sum of an upward-facing point under a ball of
-// `m` at height `z`, with shadows on, and the rays that cost.
+// What `l` adds to the diffuse light of an upward-facing point under a ball
+// of `m` at height `z`, with shadows on, and the rays that cost.
 std::pair<colour, std::uint32_t> under_ball(const light& l, const material& m, double z) {
   lit_point lp(up, up, 0.0);
-  lp.w.shadows = true;
-  test::add_ball(lp.w, position(0.0, 0.0, z), 0.5, &m);
-  return {lp.light_up(l).diffuse_sum, lp.context.ray_count};
+  lp.settings.shadows = true;
+  add_ball(lp.w, position(0.0, 0.0, z), 0.5, &m);
+  return {lp.light_up(l).diffuse, lp.context.ray_count};
 }
 
 TEST(light_point, terms_attenuation_shadows_and_spot_fall_off) {
   point_light lamp(position(0.0, 0.0, 4.0), light_colour, light_ambient);
   lamp.set_attenuation(vector(1.0, 0.5, 0.25), 0.0);  // f = 1 / (1 + 0.5*4 + 0.25*16) = 1/7
-  test::expect_near(lit_point(up, up, 0.0).light_up(lamp).diffuse_sum, light_colour / 7, 1e-14);
+  expect_near(lit_point(up, up, 0.0).light_up(lamp).diffuse, light_colour / 7, 1e-14);
   // Mirror direction 60 degrees off the light: 0.5^shininess; shininess 0: none.
-  test::expect_near(lit_point(up, tilted, 10.0).light_up(lamp).specular_sum, std::pow(0.5, 10) * light_colour / 7,
-                    1e-14);
-  EXPECT_EQ(lit_point(up, tilted, 0.0).light_up(lamp).specular_sum, colour());
+  expect_near(lit_point(up, tilted, 10.0).light_up(lamp).specular, std::pow(0.5, 10) * light_colour / 7, 1e-14);
+  EXPECT_EQ(lit_point(up, tilted, 0.0).light_up(lamp).specular, colour());
   // Facing away: only the light's ambient, which does not fade with distance.
-  const ray_state away = lit_point(down, down, 10.0).light_up(lamp);
-  EXPECT_EQ(away.diffuse_sum + away.specular_sum, colour());
-  EXPECT_EQ(away.ambient_sum, light_ambient);
+  const light_contribution away = lit_point(down, down, 10.0).light_up(lamp);
+  EXPECT_EQ(away.diffuse + away.specular, colour());
+  EXPECT_EQ(away.ambient, light_ambient);
 
   // Shadows from a lamp at height 80 (constant attenuation: no fall-off): an
   // opaque body blocks; glass filters twice (in and out) and absorbs over its
@@ -64,7 +60,7 @@ TEST(light_point, terms_attenuation_shadows_and_spot_fall_off) {
   glass.set_attenuation(colour(0.5, 0.5, 0.5), 1.0);
   EXPECT_EQ(under_ball(far_lamp, opaque, 2.0), std::make_pair(colour(), 1u));
   const auto filtered = under_ball(far_lamp, glass, 2.0);
-  test::expect_near(filtered.first, light_colour * colour(0.125, 0.5, 0.125), 1e-12);
+  expect_near(filtered.first, light_colour * colour(0.125, 0.5, 0.125), 1e-12);
   EXPECT_EQ(filtered.second, 3u);
   glass.refractive = colour(0.005, 0.005, 0.005);
   EXPECT_EQ(under_ball(far_lamp, glass, 2.0), std::make_pair(colour(), 1u));
@@ -77,12 +73,12 @@ TEST(light_point, terms_attenuation_shadows_and_spot_fall_off) {
   const auto at = [&](const light& l, double angle) {
     return lit_point(up, up, 0.0, position(10 * std::tan(angle * degree), 0.0, 0.0)).light_up(l);
   };
-  EXPECT_EQ(at(spot, 10).diffuse_sum, at(bare, 10).diffuse_sum);
+  EXPECT_EQ(at(spot, 10).diffuse, at(bare, 10).diffuse);
   // Half way between 20 and 30 degrees: half of every contribution, ambient included.
-  test::expect_near(at(spot, 25).diffuse_sum, 0.5 * at(bare, 25).diffuse_sum, 1e-12);
-  test::expect_near(at(spot, 25).ambient_sum, 0.5 * light_ambient, 1e-12);
-  test::expect_near(at(spot, 30).ambient_sum, colour(), 1e-12);
-  EXPECT_EQ(at(spot, 35).diffuse_sum + at(spot, 35).ambient_sum, colour());
+  expect_near(at(spot, 25).diffuse, 0.5 * at(bare, 25).diffuse, 1e-12);
+  expect_near(at(spot, 25).ambient, 0.5 * light_ambient, 1e-12);
+  expect_near(at(spot, 30).ambient, colour(), 1e-12);
+  EXPECT_EQ(at(spot, 35).diffuse + at(spot, 35).ambient, colour());
 }
 
 TEST(light_area, samples_and_random_draws) {
@@ -92,8 +88,8 @@ TEST(light_area, samples_and_random_draws) {
   lit_point lp(up, up, 0.0);
   rand_stream reference;
   double jitter[36];
-  for (double& j : jitter) j = (2.0 * reference.next() / 2147483647.0 - 1) * 0.125;
-  lp.light_up(lamp);
+  for (double& j : jitter) j = (2.0 * reference.next() / rand_max - 1) * 0.125;
+  const light_contribution lit = lp.light_up(lamp);
 
   // Seen from below the disc frame is U = (0, -1, 0), V = (1, 0, 0), and the
   // apparent radius 0.5 cos(asin(0.5 / 5)); rings outer, staggered, inner.
@@ -105,17 +101,21 @@ TEST(light_area, samples_and_random_draws) {
     EXPECT_NEAR(s[m].y, -radius[m / 6] * (std::cos(a) + jitter[2 * m]), 1e-12) << m;
   }
   EXPECT_EQ(s[18], centre);
-  EXPECT_NEAR(lp.state.diffuse_sum.x, 1.0, 0.02);  // close to the point light's
+  EXPECT_NEAR(lit.diffuse.x, 1.0, 0.02);  // close to the point light's
 
   // 36 draws per shaded point for each area light, here two points; a
-  // spotlight draws none outside its cone.
+  // spotlight draws none outside its cone. Each light says so beforehand.
   spot_light spot(centre, light_colour, light_ambient, down, 30.0, 20.0);
   spot.set_attenuation(vector(1.0, 0.0, 0.0), 0.5);
   lp.p.point = position(10.0, 0.0, 0.0);
   lp.light_up(lamp);
   lp.light_up(spot);
+  EXPECT_EQ(lp.context.random.drawn(), 72u);
   for (int i = 0; i < 36; ++i) reference.next();
   EXPECT_EQ(lp.context.random.next(), reference.next());
+  EXPECT_EQ(std::make_pair(lamp.draws_at(lp.p.point), spot.draws_at(lp.p.point)), std::make_pair(36, 0));
+  EXPECT_EQ(spot.draws_at(position()), 36);
+  EXPECT_EQ(point_light(centre, light_colour, light_ambient).draws_at(position()), 0);
 }
 
 // Clear glass that remembers the direction of every shadow ray through it.
@@ -134,15 +134,18 @@ TEST(light_directional, gathered_with_world_ambient_highlights_and_shadows) {
   lp.w.ambient = colour(0.01, 0.02, 0.03);
   lp.w.add_light(std::make_unique<directional_light>(down, light_colour, light_ambient));
   lp.w.add_light(std::make_unique<point_light>(position(0.0, 0.0, 3.0), colour(0.5, 0.5, 0.5), light_ambient));
-  lp.w.gather_light(lp.state, lp.p);
-  EXPECT_EQ(lp.state.diffuse_sum, light_colour + colour(0.5, 0.5, 0.5));
-  EXPECT_EQ(lp.state.specular_sum, colour());  // highlights off
-  EXPECT_EQ(lp.state.ambient_sum, light_ambient + light_ambient + lp.w.ambient);
-  lp.w.highlights = true;
-  lp.w.gather_light(lp.state, lp.p);
-  EXPECT_EQ(lp.state.specular_sum, light_colour + colour(0.5, 0.5, 0.5));
+  const auto gathered = [&lp] {
+    const ray_state at = lp.start(position(), direction());
+    return at.tracer->gather_light(at, lp.p);
+  };
+  const light_contribution plain = gathered();
+  EXPECT_EQ(plain.diffuse, light_colour + colour(0.5, 0.5, 0.5));
+  EXPECT_EQ(plain.specular, colour());  // highlights off
+  EXPECT_EQ(plain.ambient, light_ambient + light_ambient + lp.w.ambient);
+  lp.settings.highlights = true;
+  EXPECT_EQ(gathered().specular, light_colour + colour(0.5, 0.5, 0.5));
   const directional_light sun(down, light_colour, light_ambient);
-  test::expect_near(lit_point(tilted, vector(), 5.0).light_up(sun).diffuse_sum, 0.5 * light_colour, 1e-14);
+  expect_near(lit_point(tilted, vector(), 5.0).light_up(sun).diffuse, 0.5 * light_colour, 1e-14);
 
   // The shadow ray has no end: a far body blocks, green glass filters.
   material green_glass;
@@ -156,8 +159,8 @@ TEST(light_directional, gathered_with_world_ambient_highlights_and_shadows) {
   ASSERT_NE(normalise(towards), towards);
   recording_glass glass;
   lit_point slanted(up, up, 0.0);
-  slanted.w.shadows = true;
-  test::add_ball(slanted.w, position(3 * towards), 0.5, &glass);
+  slanted.settings.shadows = true;
+  add_ball(slanted.w, position(3 * towards), 0.5, &glass);
   slanted.light_up(directional_light(direction::as_given(-towards), light_colour, light_ambient));
   ASSERT_EQ(glass.visits.size(), 2u);
   EXPECT_EQ(glass.visits[0], towards);
@@ -165,4 +168,4 @@ TEST(light_directional, gathered_with_world_ambient_highlights_and_shadows) {
 }
 
 }  // namespace
-}  // namespace sciray
+}  // namespace sciray::testing

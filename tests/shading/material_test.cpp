@@ -8,9 +8,10 @@
 #include <vector>
 
 #include "environment/noise.h"
+#include "support/expect_near.h"
 #include "test_scene.h"
 
-namespace sciray {
+namespace sciray::testing {
 namespace {
 
 constexpr double degree = 3.14159265358979323846 / 180;
@@ -28,13 +29,13 @@ struct probe_material : material {
 
 // A hit at `where` on a surface with normal +z, inside a probe ball that
 // records the rays the shading sends out, lit straight from above.
-struct shading_bench : test::bench {
+struct shading_bench : bench {
   probe_material probe;
   const material* air = &w.atmosphere;
 
   shading_bench() {
-    w.depth_max = 5;
-    test::add_ball(w, position(), 100.0, &probe);
+    settings.depth = 5;
+    add_ball(w, position(), 100.0, &probe);
     w.add_light(std::make_unique<directional_light>(down, colour(1.0, 1.0, 1.0), colour()));
   }
   // Shades with `m` the ray arriving along `d` in `medium`.
@@ -50,7 +51,7 @@ struct shading_bench : test::bench {
   // Checks the last ray the shading sent out.
   void expect_sent(int kind, const vector& dir, const material* medium, const colour& weight) const {
     EXPECT_EQ(probe.visits.back().kind, kind);
-    test::expect_near(probe.visits.back().r.dir, dir, 1e-12);
+    expect_near(probe.visits.back().r.dir, dir, 1e-12);
     EXPECT_EQ(probe.visits.back().medium, medium);
     EXPECT_EQ(probe.visits.back().weight, weight);
   }
@@ -68,8 +69,8 @@ TEST(material_shade, colour_terms_secondary_rays_and_dispersion) {
   m.ambient = colour(1.0, 0.5, 0.0);
   m.emission = colour(0.01, 0.02, 0.03);
   // From straight above: full diffuse. From inside the normal turns away from the light.
-  test::expect_near(b.shade(m, down, b.air), colour(0.76, 0.395, 1.03), 1e-12);
-  test::expect_near(b.shade(m, normal, &m), colour(0.26, 0.145, 0.03), 1e-12);
+  expect_near(b.shade(m, down, b.air), colour(0.76, 0.395, 1.03), 1e-12);
+  expect_near(b.shade(m, normal, &m), colour(0.26, 0.145, 0.03), 1e-12);
   EXPECT_TRUE(b.probe.visits.empty());  // neither reflective nor refractive: no secondary ray
 
   // Roughness tilts the normal away from the light: the same at one point, not at the next.
@@ -84,8 +85,8 @@ TEST(material_shade, colour_terms_secondary_rays_and_dispersion) {
   m.rough->noise->depth = 0;
   m.rough->noise->amplitude = 0.5;
   m.rough->noise->update_normaliser();
-  test::expect_near(b.shade(m, down, b.air), colour(0.5, 0.25, 1.0) * (0.75 / std::sqrt(0.6875)) +
-                                                 colour(0.26, 0.145, 0.03), 1e-12);
+  expect_near(b.shade(m, down, b.air), colour(0.5, 0.25, 1.0) * (0.75 / std::sqrt(0.6875)) + colour(0.26, 0.145, 0.03),
+              1e-12);
 
   // Secondary rays: the mirror's reflection, and refraction into and out of glass.
   material mirror, glass;
@@ -135,15 +136,15 @@ TEST(medium_formulas, haze_and_body_attenuation) {
   air.set_atmosphere(colour(0.2, 0.4, 0.8), 10.0);
   // A black object at distance L comes back as half the haze colour; far away
   // everything is haze; a segment of length 0 changes nothing.
-  test::expect_near(after(air, 10.0, colour()), colour(0.1, 0.2, 0.4), 1e-14);
-  test::expect_near(after(air, 1e4, colour(1.0, 0.0, 0.5)), colour(0.2, 0.4, 0.8), 1e-14);
-  test::expect_near(after(air, 0.0, some), some, 1e-14);
+  expect_near(after(air, 10.0, colour()), colour(0.1, 0.2, 0.4), 1e-14);
+  expect_near(after(air, 1e4, colour(1.0, 0.0, 0.5)), colour(0.2, 0.4, 0.8), 1e-14);
+  expect_near(after(air, 0.0, some), some, 1e-14);
 
   // Half of red survives 2 units; a 0 channel is unspecified, a 1 channel
   // clear; the body's emission is cleared.
   material body = air;
   body.set_attenuation(colour(0.5, 0.0, 1.0), 2.0);
-  test::expect_near(after(body, 4.0, colour(1.0, 1.0, 1.0)), colour(0.25, 1.0, 1.0), 1e-14);
+  expect_near(after(body, 4.0, colour(1.0, 1.0, 1.0)), colour(0.25, 1.0, 1.0), 1e-14);
   // Length 0 or less: no medium at all.
   for (double length : {0.0, -5.0}) {
     material none;
@@ -154,4 +155,4 @@ TEST(medium_formulas, haze_and_body_attenuation) {
 }
 
 }  // namespace
-}  // namespace sciray
+}  // namespace sciray::testing

@@ -1,4 +1,4 @@
-// box_pair_test.h - the walk's box test, made on both children of a node at
+// box_pair.h - the walk's box test, made on both children of a node at
 // once with SSE2 (two doubles per register, present on every x86-64).
 //
 // The test is the slab rule of the scalar box test, operation for operation:
