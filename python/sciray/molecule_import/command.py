@@ -41,6 +41,15 @@ def _write_frames(work, folder, stem, inputs):
     return paths
 
 
+def _message(failure):
+    if isinstance(failure, molecule_error):
+        return str(failure)
+    if isinstance(failure, MemoryError):
+        return "out of memory"
+    text = str(failure).strip()
+    return "cannot convert: %s%s" % (type(failure).__name__, ": " + text.splitlines()[0] if text else "")
+
+
 def main(argv):
     try:
         chosen = options.parse(argv)
@@ -57,14 +66,8 @@ def main(argv):
             stem = os.path.splitext(os.path.basename(chosen.trajectory or chosen.structure))[0]
             paths = _write_frames(work, chosen.out_dir, stem, inputs)
             wrote = "%d scene%s in %s" % (len(paths), "" if len(paths) == 1 else "s", chosen.out_dir)
-    except molecule_error as failure:
-        print("sciray-molecule: %s" % failure, file=sys.stderr)
-        return 1
-    except MemoryError:
-        print("sciray-molecule: out of memory", file=sys.stderr)
-        return 1
-    except Exception as failure:  # a structure that meets a case not foreseen still ends in one line
-        print("sciray-molecule: cannot convert: %s: %s" % (type(failure).__name__, failure), file=sys.stderr)
+    except Exception as failure:  # every failure, foreseen or not, ends in one line
+        print("sciray-molecule: %s" % _message(failure), file=sys.stderr)
         return 1
     print("sciray-molecule: wrote %s: %s" % (wrote, work.summary()))
     return 0
