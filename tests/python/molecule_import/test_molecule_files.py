@@ -10,7 +10,7 @@ import numpy as np
 import pytest
 from ase.data.colors import jmol_colors
 from MDAnalysis.lib.mdamath import triclinic_vectors
-from MDAnalysisTests.datafiles import DCD, GRO, PDB_small, PSF, XTC
+from MDAnalysisTests.datafiles import DCD, GRO, PDB_small, PSF, TRR, XTC
 
 import sciray
 from molecule_support import drawn, matching, run_molecule
@@ -118,3 +118,18 @@ def test_failures_are_one_line_and_write_nothing(tmp_path, args, message):
     assert result.stderr.count("\n") == 1 and result.stderr.startswith("sciray-molecule: ")
     assert message in result.stderr, result.stderr
     assert not (tmp_path / "out.ren").exists()
+
+
+def test_a_trajectory_property_is_coloured_through_one_table_for_all_frames():
+    frames = [drawn(scene.text()) for scene in sciray.molecule_frames(
+        GRO, trajectory=TRR, frames="0:3", select="protein", color="velocities", bands=8)]
+    assert len({tuple(f.levels) for f in frames}) == 1
+    universe = MDAnalysis.Universe(GRO, TRR)
+    protein = universe.select_atoms("protein")
+    speeds = [np.linalg.norm(protein.velocities, axis=1) for _ in universe.trajectory[0:3]]
+    assert np.isclose(frames[0].levels[-1][1], max(s.max() for s in speeds), rtol=1e-6)
+    # The same speed takes the same band in every frame: the bands follow the one table.
+    levels = np.array([v for _, v in frames[0].levels])
+    for scene, speed, _ in zip(frames, speeds, universe.trajectory[0:3]):
+        order = matching(scene.centres, protein.positions)
+        assert (scene.ball_entries[order] == np.minimum(np.searchsorted(levels[:-1], speed), 7)).all()

@@ -113,3 +113,17 @@ def test_every_style_renders(style):
     # Grey carbon fills the middle of the picture (spacefill) or shows in it.
     assert (np.abs(centre - sky).sum(axis=2) > 60).mean() > (0.9 if style == "spacefill" else 0.2)
     assert picture.objects == 60 + (0 if style == "spacefill" else 180)
+
+
+@pytest.mark.parametrize("name", ["salt.cif", "POSCAR", "salt.xyz"])
+def test_crystal_files_read_by_ase_keep_elements_and_cell(tmp_path, name):
+    salt = ase.build.bulk("NaCl", "rocksalt", a=5.64, cubic=True)
+    salt.set_initial_charges([1, -1] * 4)
+    salt.write(tmp_path / name, format="extxyz" if name.endswith(".xyz") else None)
+    scene = drawn(sciray.from_molecule(str(tmp_path / name), cell=True).text())
+    order = matching(scene.centres, salt.positions)
+    assert np.allclose(scene.ball_colours()[order], jmol_colors[salt.numbers])
+    assert np.allclose(scene.line_ends[-12:].max(axis=(0, 1)), 5.64)
+    if name.endswith(".xyz"):  # the numbers extended XYZ carries beside the positions colour by name
+        charged = drawn(sciray.from_molecule(str(tmp_path / name), color="initial_charges", bands=2).text())
+        assert (charged.ball_entries[order] == (salt.get_initial_charges() > 0)).all()
