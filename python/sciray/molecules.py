@@ -2,9 +2,17 @@
 from __future__ import annotations
 
 import os
+import sys
 from typing import Iterator
 
 from .scene import Scene
+
+
+def _is(source, module: str, name: str) -> bool:
+    """Whether `source` is a module's class, without importing a module the
+    caller has not imported (it could not have made one)."""
+    imported = sys.modules.get(module)
+    return imported is not None and isinstance(source, getattr(imported, name))
 
 
 def _plan(source, options: dict):
@@ -14,14 +22,14 @@ def _plan(source, options: dict):
     group = None
     if isinstance(source, (str, os.PathLike)):
         read_in = reading.read(os.fsdecode(os.fspath(source)), chosen.trajectory)
-    elif type(source).__name__ in ("Universe", "AtomGroup") and hasattr(source, "select_atoms"):
-        universe = source.universe if type(source).__name__ == "AtomGroup" else source
-        group = source if universe is not source else None
-        read_in = reading.structure(universe, {}, "an MDAnalysis %s" % type(source).__name__)
+    elif _is(source, "MDAnalysis", "Universe") or _is(source, "MDAnalysis", "AtomGroup"):
+        group = None if source is source.universe else source
+        read_in = reading.structure(source.universe, {}, "an MDAnalysis %s" % type(source).__name__)
         if chosen.trajectory is not None:
             with reading.quiet():
                 reading.load_trajectory(read_in, chosen.trajectory)
-    elif type(source).__name__ == "Atoms" and hasattr(source, "get_chemical_symbols"):
+        reading.with_coordinates(read_in)
+    elif _is(source, "ase", "Atoms"):
         with reading.quiet():
             read_in = reading.from_ase([source], "an ASE Atoms")
     else:

@@ -92,7 +92,9 @@ def per_atom(read_in, atoms, name: str) -> numbers:
             return numbers(name, lambda: values.astype(float))
     except (NoDataError, AttributeError, TypeError):
         pass
-    known = sorted(set(_number_attributes(atoms.universe)) | set(read_in.extra))
+    frame = atoms.universe.trajectory.ts
+    moving = [name for name, has in zip(_MOTION, (frame.has_velocities, frame.has_forces)) if has]
+    known = sorted(set(_number_attributes(atoms.universe)) | set(read_in.extra) | set(moving))
     raise molecule_error("--color %s: not element, chain or residue, nor a number of each atom of %s%s" % (
         name, read_in.name, " (it has: %s)" % ", ".join(known) if known else ""))
 

@@ -150,8 +150,13 @@ def read(path: str, trajectory: str | None = None) -> structure:
             raise _failure(path, failure) from None
         if trajectory is not None:
             load_trajectory(read_in, trajectory)
+    return with_coordinates(read_in)
+
+
+def with_coordinates(read_in: structure) -> structure:
+    """The structure, checked to have frames of coordinates."""
     if not hasattr(read_in.universe, "trajectory") or read_in.universe.trajectory is None:
-        raise molecule_error("%s has no coordinates; give them with --trajectory" % path)
+        raise molecule_error("%s has no coordinates; give them with --trajectory" % read_in.name)
     return read_in
 
 

@@ -133,3 +133,16 @@ def test_a_trajectory_property_is_coloured_through_one_table_for_all_frames():
     for scene, speed, _ in zip(frames, speeds, universe.trajectory[0:3]):
         order = matching(scene.centres, protein.positions)
         assert (scene.ball_entries[order] == np.minimum(np.searchsorted(levels[:-1], speed), 7)).all()
+
+
+def test_library_calls_refuse_what_they_cannot_draw():
+    with pytest.raises(TypeError, match="not int"):
+        sciray.from_molecule(42)
+    with pytest.raises(ValueError, match="has no coordinates"):
+        sciray.from_molecule(MDAnalysis.Universe(PSF))
+    with pytest.raises(ValueError, match="unknown option 'colour'"):
+        sciray.from_molecule(PDB_small, colour="element")
+    with pytest.raises(ValueError, match="frames chooses 3 frames: use sciray.molecule_frames"):
+        sciray.from_molecule(PSF, trajectory=DCD, frames="0:3")
+    with pytest.raises(ValueError, match=r"it has: .*resids, resnums, velocities\)"):
+        sciray.from_molecule(GRO, trajectory=TRR, color="spin")
