@@ -8,6 +8,8 @@ import numpy as np
 _UNKNOWN_COLOUR = (1.0, 0.45, 0.75)
 _UNKNOWN_VDW = 1.6
 _UNKNOWN_COVALENT = 0.75
+# Hydrogen's isotopes, as files name them.
+_ISOTOPES = {"D": 1, "T": 1}
 
 
 def atomic_numbers(atoms) -> np.ndarray:
@@ -28,7 +30,8 @@ def atomic_numbers(atoms) -> np.ndarray:
         symbols = symbols.astype(object)
         symbols[missing] = np.array([guesser.guess_atom_element(n) for n in names], dtype=object)[where]
     kinds, where = np.unique(np.asarray(symbols, dtype=str), return_inverse=True)
-    return np.array([numbers_of.get(k.strip().capitalize(), 0) for k in kinds], dtype=np.int64)[where.ravel()]
+    known = {**numbers_of, **_ISOTOPES}
+    return np.array([known.get(k.strip().capitalize(), 0) for k in kinds], dtype=np.int64)[where.ravel()]
 
 
 def colours(numbers: np.ndarray) -> np.ndarray:

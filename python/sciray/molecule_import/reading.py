@@ -9,9 +9,12 @@ numbers that ASE reads beside the positions (charges, forces, a dump's own
 columns) are kept frame by frame in `extra`."""
 from __future__ import annotations
 
+import bz2
 import contextlib
 import dataclasses
+import gzip
 import os
+import re
 import warnings
 
 import numpy as np
@@ -48,18 +51,20 @@ def _extension(path: str) -> str:
 
 
 def _head(path: str, size: int = 65536) -> str:
+    """The start of the file's text, unpacked when it is compressed."""
+    opener = {"gz": gzip.open, "bz2": bz2.open}.get(path.lower().rpartition(".")[2], open)
     try:
-        with open(path, "rb") as f:
+        with opener(path, "rb") as f:
             return f.read(size).decode("latin-1")
-    except OSError:
+    except (OSError, EOFError):
         return ""
 
 
 def _by_ase(path: str) -> bool:
     """Whether ASE rather than MDAnalysis should read the file."""
     extension = _extension(path)
-    if extension == "cif":  # a crystal's CIF; PDBx/mmCIF names the atom sites of a model
-        return "_atom_site.label_atom_id" not in _head(path) and "_atom_site.auth_atom_id" not in _head(path)
+    if extension == "cif":  # a crystal's CIF names items _cell_length_a, PDBx/mmCIF _cell.length_a
+        return not re.search(r"^_\w+\.\w", _head(path), re.M)
     if extension == "xyz":  # extended XYZ says so on its second line
         lines = _head(path, 4096).splitlines()
         return len(lines) > 1 and ("Lattice=" in lines[1] or "Properties=" in lines[1])

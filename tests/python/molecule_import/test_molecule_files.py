@@ -8,6 +8,7 @@ import os
 import MDAnalysis
 import numpy as np
 import pytest
+from ase.data import atomic_numbers
 from ase.data.colors import jmol_colors
 from MDAnalysis.lib.mdamath import triclinic_vectors
 from MDAnalysisTests.datafiles import DCD, GRO, PDB_small, PSF, TRR, XTC
@@ -146,3 +147,18 @@ def test_library_calls_refuse_what_they_cannot_draw():
         sciray.from_molecule(PSF, trajectory=DCD, frames="0:3")
     with pytest.raises(ValueError, match=r"it has: .*resids, resnums, velocities\)"):
         sciray.from_molecule(GRO, trajectory=TRR, color="spin")
+
+
+@pytest.mark.parametrize("name", ["1YJP.cif", "5PTI.cif.gz"])
+def test_pdbx_mmcif_files_are_read_as_models_with_chains(name):
+    path = os.path.join(os.path.dirname(PSF), "mmcif", name)
+    model = MDAnalysis.Universe(path).atoms
+    scene = drawn(sciray.from_molecule(path).text())
+    order = matching(scene.centres, model.positions)
+    named = model.elements != ""  # the others' elements are guessed from their names
+    assert np.allclose(scene.ball_colours()[order][named],
+                       jmol_colors[[atomic_numbers[e.capitalize()] for e in model.elements[named]]])
+    deuterium = ~named & np.char.startswith(model.names.astype(str), "D")  # 5PTI is a neutron structure
+    assert np.allclose(scene.ball_colours()[order][deuterium], 1.0)
+    chains = drawn(sciray.from_molecule(path, color="chain").text())
+    assert len(set(chains.ball_entries)) == len(set(model.chainIDs))
