@@ -202,7 +202,7 @@ class plan:
         if not len(drawn):
             return
         radius = _LICORICE if self.chosen.style == "licorice" else _STICK
-        halves = bonds.half_bonds(positions, drawn)
+        halves = np.round(bonds.half_bonds(positions, drawn), _DECIMALS + 1)  # middles exact, and short
         ends = np.concatenate([drawn[:, 0], drawn[:, 1]])
         if values is None:
             scene.add_lines(halves, atom_material[ends], radius=radius)
