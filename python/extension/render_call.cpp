@@ -20,6 +20,7 @@
 #include <thread>
 #include <vector>
 
+#include "driver/band_pixels.h"
 #include "driver/render_job.h"
 #include "scene_source.h"
 #include "support/fatal_error.h"
@@ -34,20 +35,14 @@ namespace {
 class memory_picture : public render_output {
  public:
   void scene_read(std::size_t count) override { objects = count; }
-  void start(int w, int h) override {
-    width = w;
-    height = h;
-    pixels.assign(static_cast<std::size_t>(w) * h * 3, 0);
-  }
+  void start(int width, int rows) override { pixels.reset(width, rows); }
   void progress(const std::string& line) override { lines += line; }
   void put_row(int row, int channel, const std::uint16_t* samples) override {
-    unsigned char* top_first = pixels.data() + static_cast<std::size_t>(height - 1 - row) * width * 3;
-    for (int x = 0; x < width; ++x) top_first[3 * x + channel] = static_cast<unsigned char>(samples[x]);
+    pixels.put_row(row, channel, samples);
   }
 
   std::size_t objects = 0;
-  int width = 0, height = 0;
-  std::vector<unsigned char> pixels;
+  band_pixels pixels;
   std::string lines;
 };
 
@@ -91,19 +86,21 @@ void run_interruptibly(const std::function<void()>& job, std::atomic<bool>& stop
 
 using pixel_array = nb::ndarray<nb::numpy, unsigned char, nb::ndim<3>>;
 
-// Renders the scene in `file` (closed once read); returns the pixels, the
-// object count and the progress lines.
-nb::tuple render(c_file file, int threads, int band_index, int band_count) {
+// Renders the scene in `file` (closed once read), with the corner mark or
+// without; returns the pixels, the object count and the progress lines.
+nb::tuple render(c_file file, int threads, int band_index, int band_count, bool mark) {
   render_request request;
   request.threads = threads;
   request.band = {band_index, band_count};
+  request.mark = mark;
   std::atomic<bool> stop{false};
   request.stop = &stop;
   auto picture = std::make_unique<memory_picture>();
   run_interruptibly([&] { render_scene(std::move(file), request, *picture); }, stop);
 
-  const std::size_t shape[3] = {static_cast<std::size_t>(picture->height), static_cast<std::size_t>(picture->width), 3};
-  auto* pixels = new std::vector<unsigned char>(std::move(picture->pixels));
+  const std::size_t shape[3] = {static_cast<std::size_t>(picture->pixels.rows()),
+                                static_cast<std::size_t>(picture->pixels.width()), 3};
+  auto* pixels = new std::vector<unsigned char>(picture->pixels.take());
   nb::capsule owner(pixels, [](void* p) noexcept { delete static_cast<std::vector<unsigned char>*>(p); });
   return nb::make_tuple(pixel_array(pixels->data(), 3, shape, owner), picture->objects, picture->lines);
 }
@@ -115,7 +112,7 @@ void install_fatal_handler() { set_fatal_handler(throw_failure); }
 void bind_render_call(nb::module_& m) {
   m.def(
       "render_file",
-      [](const nb::object& path, int threads, int band_index, int band_count) {
+      [](const nb::object& path, int threads, int band_index, int band_count, bool mark) {
         const std::string name = nb::cast<std::string>(path);
         std::error_code error;
         errno = std::filesystem::is_directory(name, error) ? EISDIR : 0;
@@ -124,17 +121,17 @@ void bind_render_call(nb::module_& m) {
           PyErr_SetFromErrnoWithFilenameObject(PyExc_OSError, path.ptr());
           throw nb::python_error();
         }
-        return render(c_file(file), threads, band_index, band_count);
+        return render(c_file(file), threads, band_index, band_count, mark);
       },
-      nb::arg("path"), nb::arg("threads"), nb::arg("band_index"), nb::arg("band_count"),
+      nb::arg("path"), nb::arg("threads"), nb::arg("band_index"), nb::arg("band_count"), nb::arg("mark"),
       "Renders the scene file at `path`: (pixels, objects, progress).");
   m.def(
       "render_pieces",
-      [](const nb::list& pieces, int threads, int band_index, int band_count) {
+      [](const nb::list& pieces, int threads, int band_index, int band_count, bool mark) {
         scene_source source(pieces);
-        return render(c_file(source.open()), threads, band_index, band_count);
+        return render(c_file(source.open()), threads, band_index, band_count, mark);
       },
-      nb::arg("pieces"), nb::arg("threads"), nb::arg("band_index"), nb::arg("band_count"),
+      nb::arg("pieces"), nb::arg("threads"), nb::arg("band_index"), nb::arg("band_count"), nb::arg("mark"),
       "Renders the scene made of `pieces` (see SceneText): (pixels, objects, progress).");
 }
 

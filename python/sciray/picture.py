@@ -13,11 +13,13 @@ class Picture:
 
     Attributes:
         pixels: ``(height, width, 3)`` uint8 array, row 0 the top of the
-            picture, corner mark included.
+            picture, corner mark included unless rendered with ``mark=False``.
         objects: the number of objects in the scene (the program's
             "Number of objects" line).
         progress: the progress lines, one per row, each with its line end,
             exactly as the program prints them.
+        mark: whether the corner mark is stamped into the pixels (False for
+            ``render(..., mark=False)``, the program's ``-nomark``).
 
     >>> picture = sciray.render("examples/demo.ren")          # doctest: +SKIP
     >>> picture.pixels.shape                                  # doctest: +SKIP
@@ -25,7 +27,7 @@ class Picture:
     >>> picture.save("demo.png")                              # doctest: +SKIP
     """
 
-    def __init__(self, pixels: np.ndarray, objects: int = 0, progress: str = "") -> None:
+    def __init__(self, pixels: np.ndarray, objects: int = 0, progress: str = "", mark: bool = True) -> None:
         pixels = np.asarray(pixels)
         if pixels.dtype != np.uint8 or pixels.ndim != 3 or pixels.shape[2] != 3:
             raise ValueError("pixels must be a (height, width, 3) uint8 array, not %s %s"
@@ -33,6 +35,7 @@ class Picture:
         self.pixels = pixels
         self.objects = int(objects)
         self.progress = str(progress)
+        self.mark = bool(mark)
 
     @property
     def width(self) -> int:

@@ -17,7 +17,7 @@ def _count(name: str, value) -> int:
 
 
 def render(scene: str | os.PathLike | Scene, *, threads: int | None = None,
-           band: tuple[int, int] | None = None) -> Picture:
+           band: tuple[int, int] | None = None, mark: bool = True) -> Picture:
     """Renders a scene file, or a Scene, with the same bytes the ``sciray``
     program writes for it.
 
@@ -27,6 +27,8 @@ def render(scene: str | os.PathLike | Scene, *, threads: int | None = None,
             processor this process may use. The picture does not depend on it.
         band: ``(i, n)`` renders band i of n horizontal bands, as
             ``-band i/n`` (band 1 is the bottom).
+        mark: False leaves the corner mark out, as ``-nomark`` (the rendered
+            pixels show where it would be); the other pixels are the same.
 
     Returns:
         the Picture. Rendering releases the GIL; Ctrl-C stops it within
@@ -39,6 +41,7 @@ def render(scene: str | os.PathLike | Scene, *, threads: int | None = None,
 
     >>> picture = sciray.render("examples/demo.ren", threads=2)   # doctest: +SKIP
     >>> top = sciray.render("examples/demo.ren", band=(2, 2))     # doctest: +SKIP
+    >>> clean = sciray.render("examples/demo.ren", mark=False)    # doctest: +SKIP
     """
     count = 0 if threads is None else _count("threads", threads)
     if threads is not None and count < 1:
@@ -49,8 +52,8 @@ def render(scene: str | os.PathLike | Scene, *, threads: int | None = None,
     if not 1 <= index <= bands:
         raise ValueError("band must be (i, n) with 1 <= i <= n, not %r" % (band,))
     if isinstance(scene, Scene):
-        result = _sciray.render_pieces(scene._pieces(), count, index, bands)
+        result = _sciray.render_pieces(scene._pieces(), count, index, bands, bool(mark))
     else:
-        result = _sciray.render_file(os.fsdecode(os.fspath(scene)), count, index, bands)
+        result = _sciray.render_file(os.fsdecode(os.fspath(scene)), count, index, bands, bool(mark))
     pixels, objects, progress = result
-    return Picture(pixels, objects, progress)
+    return Picture(pixels, objects, progress, mark=mark)

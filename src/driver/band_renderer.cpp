@@ -166,7 +166,7 @@ class band_render {
   // first one given up.
   void write(band_output& output) {
     output.start(band_.window.columns, band_.rows.end - band_.rows.start);
-    row_writer writer(output, band_.window.columns, band_.window.rows, band_.rows.start);
+    row_writer writer(output, band_.window.columns, band_.window.rows, band_.rows.start, band_.mark);
     progress_reporter progress(band_.objects);
     std::uint32_t rays = 0, tests = 0;
     for (std::size_t k = 0; k < units_.size(); ++k) {

@@ -34,6 +34,7 @@ struct band_scene {
   const render_settings& settings;
   std::size_t objects;  // for the progress lines
   rand_stream start;    // the random stream as reading left it
+  bool mark = true;     // stamp the corner mark
   // When set, the threads stop between rows; the output has then had the
   // rows before the stop (or nothing, when no row was done).
   const std::atomic<bool>* stop = nullptr;

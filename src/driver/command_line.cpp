@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <vector>
 
 namespace sciray {
 
@@ -40,14 +41,28 @@ bool read_threads(int argc, const char* const* argv, int at, int& threads) {
   return argc > at + 1 && read_count(argv[at + 1], threads);
 }
 
-}  // namespace
-
-bool parse_run_options(int argc, const char* const* argv, run_options& options) {
-  options = run_options{};
+// The band and thread options at their places.
+bool read_positional(int argc, const char* const* argv, run_options& options) {
   if (read_band(argc, argv, 3, options.band)) return read_threads(argc, argv, 5, options.threads);
   if (!read_threads(argc, argv, 3, options.threads)) return false;
   if (options.threads > 0) read_band(argc, argv, 5, options.band);
   return true;
+}
+
+}  // namespace
+
+bool parse_run_options(int argc, const char* const* argv, run_options& options) {
+  options = run_options{};
+  // "-nomark" may stand anywhere after the file names; the band and thread
+  // options keep their places among the other arguments.
+  std::vector<const char*> others;
+  for (int i = 0; i < argc; ++i) {
+    if (i > 2 && std::strcmp(argv[i], "-nomark") == 0)
+      options.mark = false;
+    else
+      others.push_back(argv[i]);
+  }
+  return read_positional(static_cast<int>(others.size()), others.data(), options);
 }
 
 }  // namespace sciray

@@ -4,8 +4,11 @@
 
 #include "driver/program.h"
 #include "support/fatal_error.h"
+#include "support/signal_cleanup.h"
 
 int main(int argc, char** argv) {
+  // An interrupted run leaves no unfinished picture behind.
+  sciray::clean_up_on_signals();
   try {
     return sciray::run_program(argc, argv);
   } catch (const std::bad_alloc&) {

@@ -7,10 +7,11 @@
 #include <utility>
 
 #include "driver/command_line.h"
+#include "driver/picture_file.h"
 #include "driver/render_job.h"
-#include "image/image.h"
 #include "support/c_file.h"
 #include "support/fatal_error.h"
+#include "support/same_file.h"
 
 namespace sciray {
 
@@ -25,47 +26,25 @@ c_file open_scene(const char* program, const char* name) {
   return c_file(file);
 }
 
-// Standard output and the picture file, made only once the rows are coming.
-class picture_file : public render_output {
- public:
-  explicit picture_file(const char* name) : name_(name) {}
-  void scene_read(std::size_t objects) override { std::printf("Number of objects : %zu\n\n", objects); }
-  void start(int width, int rows) override {
-    image_ = iopen(name_, "w", 257, 3, static_cast<unsigned>(width), static_cast<unsigned>(rows), 3);
-  }
-  void progress(const std::string& line) override {
-    std::fputs(line.c_str(), stdout);
-    std::fflush(stdout);
-  }
-  void put_row(int row, int channel, const std::uint16_t* samples) override {
-    putrow(image_, samples, static_cast<unsigned>(row), static_cast<unsigned>(channel));
-  }
-  void close() {
-    if (image_) iclose(image_);
-  }
-
- private:
-  const char* name_;
-  image_file* image_ = nullptr;
-};
-
 }  // namespace
 
 int run_program(int argc, char** argv) {
   const char* program = argv[0];
   if (argc <= 2) {
-    std::fprintf(stderr, "usage: %s input_data.ren output_image.rgb\n", program);
+    std::fprintf(stderr, "usage: %s input_data.ren output_image.rgb [-band i/n] [-threads N] [-nomark]\n", program);
     return 1;
   }
   run_options options;
   if (!parse_run_options(argc, argv, options)) fail(program, ": -threads needs a positive number");
   c_file scene_file = open_scene(program, argv[1]);
+  refuse_output_over_input(program, argv[2], {argv[1]});
 
   render_request request;
   request.band = options.band;
   request.threads = options.threads;
   request.program = program;
-  picture_file picture(argv[2]);
+  request.mark = options.mark;
+  picture_file picture(program, argv[2]);
   render_scene(std::move(scene_file), request, picture);
   picture.close();
   return 0;

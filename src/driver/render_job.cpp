@@ -69,7 +69,7 @@ void render_scene(c_file scene_file, const render_request& request, render_outpu
   const screen_window window = make_screen_window(settings.view.view_width, settings.view.view_height, r.width, r.height);
 
   const recursion_depth depth = recursion_bound(tracing);
-  const band_scene band{*cam, tracing, window, rows, r, objects, context.random, request.stop};
+  const band_scene band{*cam, tracing, window, rows, r, objects, context.random, request.mark, request.stop};
   const int threads = request.threads > 0 ? request.threads : usable_processors();
   // Tracing this scene nests deeper than a thread's stack can be made.
   if (!render_band(band, threads, render_stack_bytes(depth), out)) {

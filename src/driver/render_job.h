@@ -19,6 +19,7 @@ struct render_request {
   band_choice band;                         // the whole picture unless asked
   int threads = 0;                          // 0: every processor the process may run on
   const char* program = "sciray";           // begins the messages of the camera and the threads
+  bool mark = true;                         // stamp the corner mark into the picture
   const std::atomic<bool>* stop = nullptr;  // when set, the render ends between rows
 };
 

@@ -1,6 +1,7 @@
 // render_threads.cpp - thread start-up. std::thread takes its stack size
 // from the process's default thread attributes, so a scene that recurses
-// deeply raises that default while its threads are made.
+// deeply raises that default while its threads are made; and each thread
+// takes the signal mask of the thread that makes it.
 #include "driver/render_threads.h"
 
 #include <pthread.h>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "shading/recursion_bound.h"
+#include "support/signal_cleanup.h"
 
 namespace sciray {
 
@@ -88,6 +90,10 @@ bool run_threads(int count, std::size_t stack_bytes, const std::function<void(in
   try {
     const raised_default_stack stack(stack_bytes);
     if (!stack.ok()) return false;
+    // The threads hold back the signals that interrupt a run, so that they
+    // reach the calling thread, which writes the output and can make a
+    // change to it and its list of unfinished files in one step.
+    const signals_held held;
     for (int i = 0; i < count; ++i) {
       threads.emplace_back([&gate, &work, i] {
         gate.wait(waiting);

@@ -11,11 +11,11 @@ std::uint16_t to_sample(double v) {
   return static_cast<std::uint16_t>(v * 255.0);
 }
 
-row_writer::row_writer(band_output& out, int width, int height, int band_start)
+row_writer::row_writer(band_output& out, int width, int height, int band_start, bool mark)
     : out_(out),
       width_(width),
       band_start_(band_start),
-      mark_(make_corner_mark(width)),
+      mark_(mark ? make_corner_mark(width) : corner_mark{}),
       mark_top_(height - mark_.height - mark_.margin),
       marked_(mark_.present() ? static_cast<std::size_t>(width) : 0) {}
 

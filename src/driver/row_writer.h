@@ -29,7 +29,8 @@ class sample_row {
 
 class row_writer {
  public:
-  row_writer(band_output& out, int width, int height, int band_start);
+  // Without `mark` the rows go out as rendered, with no corner mark.
+  row_writer(band_output& out, int width, int height, int band_start, bool mark = true);
   // Hands `samples` over as picture row `row` (a full-picture row index).
   void write(int row, const sample_row& samples);
 

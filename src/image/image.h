@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 
 namespace sciray {
 
@@ -12,6 +13,10 @@ struct image_file;
 // mode "w" creates the file, "r" opens one for reading; none on failure.
 image_file* iopen(const char* name, const char* mode, unsigned type, unsigned dim, unsigned xsize, unsigned ysize,
                   unsigned zsize);
+// As iopen(name, "w", ...), into a stream the caller has created for
+// writing, which the image owns from then on (iclose closes it). The caller
+// looks after the file itself: removing it if the picture is not finished.
+image_file* fiopen(std::FILE* file, unsigned type, unsigned dim, unsigned xsize, unsigned ysize, unsigned zsize);
 // Writes row y of channel z from xsize samples; returns xsize, or -1.
 int putrow(image_file* image, const std::uint16_t* samples, unsigned y, unsigned z);
 // Reads row y of channel z into xsize samples; returns xsize, or -1.

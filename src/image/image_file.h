@@ -91,6 +91,10 @@ int img_seek(image_file& image, unsigned y, unsigned z);
 
 image_file* open_for_writing(const char* name, unsigned type, unsigned dim, unsigned xsize, unsigned ysize,
                              unsigned zsize);
+// The writing half of both: the image takes `file` (named `name`, or "" when
+// the caller looks after the file's name) and writes the first header.
+image_file* start_writing(std::FILE* file, const char* name, unsigned type, unsigned dim, unsigned xsize,
+                          unsigned ysize, unsigned zsize);
 image_file* open_for_reading(const char* name);
 // Writes the final header and both tables; -1 after an error.
 int finish_writing(image_file& image);

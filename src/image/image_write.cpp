@@ -28,16 +28,26 @@ bool write_all(std::FILE* file, const void* data, std::size_t bytes) {
 
 image_file* open_for_writing(const char* name, unsigned type, unsigned dim, unsigned xsize, unsigned ysize,
                              unsigned zsize) {
-  auto image = std::make_unique<image_file>();
-  image->file = std::fopen(name, "wb");
-  if (!image->file) {
+  std::FILE* file = std::fopen(name, "wb");
+  if (!file) {
     image_error("iopen: can't open output file %s", name);
     return nullptr;
   }
   // Until iclose has written the tables the file is unreadable: an error
   // that stops the run before then takes it away again.
-  image->path = name;
   remove_on_fatal(name);
+  return start_writing(file, name, type, dim, xsize, ysize, zsize);
+}
+
+image_file* fiopen(std::FILE* file, unsigned type, unsigned dim, unsigned xsize, unsigned ysize, unsigned zsize) {
+  return start_writing(file, "", type, dim, xsize, ysize, zsize);
+}
+
+image_file* start_writing(std::FILE* file, const char* name, unsigned type, unsigned dim, unsigned xsize,
+                          unsigned ysize, unsigned zsize) {
+  auto image = std::make_unique<image_file>();
+  image->file = file;
+  image->path = name;
   // Unbuffered, so that the header and each row go out in one write call
   // and a failed write is seen at once.
   std::setvbuf(image->file, nullptr, _IONBF, 0);

@@ -1,9 +1,11 @@
 // command_line_test.cpp - the band and thread options in their orders,
-// the silently ignored band forms, and the refused thread counts.
+// the silently ignored band forms, the refused thread counts, and "-nomark"
+// anywhere among them.
 #include "driver/command_line.h"
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 namespace sciray {
@@ -47,6 +49,29 @@ TEST(run_options, threads_before_or_after_the_band_and_refused_counts) {
                                              {"-threads", "two"}, {"-threads", "2x"}, {"-threads", ""},
                                              {"-band", "1/2", "-threads", "0"}})
     EXPECT_EQ(parse(bad).threads, -1) << bad.back();
+}
+
+TEST(run_options, nomark_anywhere_after_the_file_names_leaves_the_others_in_place) {
+  EXPECT_TRUE(parse({}).mark);
+  EXPECT_TRUE(parse({"-band", "2/5", "-threads", "3", "nomark", "-no-mark"}).mark);
+  for (const std::vector<const char*>& args :
+       {std::vector<const char*>{"-nomark"}, {"-nomark", "-band", "2/5", "-threads", "3"},
+        {"-band", "-nomark", "2/5", "-threads", "3"}, {"-band", "2/5", "-nomark", "-threads", "3", "-nomark"},
+        {"-threads", "3", "-nomark", "-band", "2/5"}}) {
+    const run_options o = parse(args);
+    EXPECT_FALSE(o.mark);
+    if (args.size() > 1) {
+      EXPECT_EQ(std::make_tuple(o.band.index, o.band.count, o.threads), std::make_tuple(2, 5, 3));
+    }
+  }
+  // The file names are never options, whatever they are called.
+  std::vector<const char*> named{"sciray", "-nomark", "-nomark"};
+  run_options o;
+  ASSERT_TRUE(parse_run_options(3, named.data(), o));
+  EXPECT_TRUE(o.mark);
+  // A "-nomark" is no thread count.
+  EXPECT_EQ(parse({"-threads", "-nomark", "3"}).threads, 3);
+  EXPECT_EQ(parse({"-nomark", "-threads"}).threads, -1);
 }
 
 }  // namespace

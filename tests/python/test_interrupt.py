@@ -1,6 +1,8 @@
 """test_interrupt.py - Ctrl-C during a long in-process render: a SIGINT to
 a Python process that renders stops the render within a second, raises
-KeyboardInterrupt, and the process renders again afterwards."""
+KeyboardInterrupt, and the process renders again afterwards. Rendering
+and saving leave the process's signal handlers as they were (the programs
+install their own, the module must not)."""
 import os
 import signal
 import subprocess
@@ -37,3 +39,31 @@ def test_ctrl_c_stops_a_long_render_within_a_second():
     assert lines[0].startswith("interrupted"), out
     assert float(lines[0].split()[1]) - sent < 1.0
     assert lines[1].startswith("again ") and process.returncode == 0
+
+
+SIGNAL_HANDLERS = r"""
+import ctypes, signal, sys
+libc = ctypes.CDLL(None)
+def handlers():
+    found = []
+    for number in (signal.SIGHUP, signal.SIGINT, signal.SIGQUIT, signal.SIGPIPE, signal.SIGTERM,
+                   signal.SIGXCPU, signal.SIGXFSZ):
+        action = ctypes.create_string_buffer(256)  # a struct sigaction, its handler first
+        assert libc.sigaction(number, None, action) == 0
+        found.append(ctypes.c_void_p.from_buffer(action).value)
+    return found
+before = handlers()
+import sciray
+picture = sciray.render(sys.argv[1], threads=2, mark=False)
+picture.save(sys.argv[2])
+picture.save(sys.argv[3])
+print(handlers() == before)
+"""
+
+
+def test_rendering_and_saving_leave_the_signal_handlers_alone(tmp_path):
+    preview = os.path.join(SOURCE, "examples", "preview.ren")
+    result = subprocess.run([sys.executable, "-c", SIGNAL_HANDLERS, preview, str(tmp_path / "p.png"),
+                             str(tmp_path / "p.rgb")], capture_output=True, text=True, timeout=120)
+    assert result.returncode == 0, result.stderr
+    assert result.stdout == "True\n"

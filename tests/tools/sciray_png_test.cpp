@@ -1,11 +1,16 @@
 // sciray_png_test.cpp - the band-joining PNG tool run on little- and
 // big-endian band files, and on every kind of bad input, which must give one
-// line on standard error, status 1, and no PNG (or temporary file) behind.
+// line on standard error, status 1, and no PNG (or temporary file) behind;
+// nor may an output that is an input, or a signal, destroy a file.
 #include <gtest/gtest.h>
+
+#include <signal.h>
+#include <sys/wait.h>
 
 #include <filesystem>
 
 #include "image/image_test_files.h"
+#include "support/child_process.h"
 
 namespace sciray {
 namespace {
@@ -67,7 +72,7 @@ TEST(sciray_png, bad_input_leaves_no_png) {
       {{out, empty}, "sciray-png: " + empty + ": iopen: image has a size of 0"},
       {{out, huge}, "sciray-png: " + huge + ": iopen: error on read of rowstart"},
       {{out, grey}, "sciray-png: " + grey + ": expected 3 channels, found 1"},
-      {{nowhere, good}, "sciray-png: " + nowhere + ": can't create " + nowhere + "."},
+      {{nowhere, good}, "sciray-png: " + nowhere + ": can't create " + nowhere + ": No such file or directory"},
       // A device is written directly, never replaced by a file.
       {{"/dev/full", good}, "sciray-png: /dev/full: "},
   };
@@ -81,10 +86,23 @@ TEST(sciray_png, bad_input_leaves_no_png) {
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 
-TEST(sciray_png, large_picture_from_a_small_file) {
-  // 2000 by 2000 pixels whose rows all share one compressed row of 7s: a
-  // 48 KB file that the tool streams into a PNG row by row.
-  const unsigned side = 2000;
+TEST(sciray_png, an_output_that_is_a_band_file_is_refused) {
+  const std::string b1 = band("b1.rgb", 6, 3, 0), b2 = band("b2.rgb", 6, 3, 3);
+  const bytes b2_bytes = file_bytes(b2);
+  std::filesystem::create_symlink(b2, scratch_dir() + "/link.png");
+  std::filesystem::create_hard_link(b2, scratch_dir() + "/hard.png");
+  for (const std::string& out : {b2, scratch_dir() + "/link.png", scratch_dir() + "/hard.png"}) {
+    const run_result r = run_program(SCIRAY_PNG_BINARY, {out, b1, b2});
+    EXPECT_EQ(r.status, 1) << out;
+    EXPECT_EQ(r.err, SCIRAY_PNG_BINARY + std::string(": output file ") + out + " is the same file as input " + b2 + "\n");
+    EXPECT_EQ(file_bytes(b2), b2_bytes);
+  }
+  EXPECT_TRUE(std::filesystem::is_symlink(scratch_dir() + "/link.png"));
+}
+
+// A square picture of `side` by `side` pixels of 7s whose rows all share
+// one compressed row: a small file for a large picture.
+std::string large_picture(unsigned side) {
   bytes file = file_bytes(write_picture("one_row.rgb", side, 1, [](unsigned, unsigned, unsigned) { return 7; }));
   const std::uint32_t row_start = le32(file, 512), row_size = le32(file, 512 + 4 * 3);
   const bytes row(file.begin() + row_start, file.begin() + row_start + row_size);
@@ -96,12 +114,36 @@ TEST(sciray_png, large_picture_from_a_small_file) {
     put_le32(file, 512 + 4 * i, std::uint32_t(data));
     put_le32(file, 512 + 4 * (3 * side + i), row_size);
   }
+  return scratch_file("large.rgb", file);
+}
+
+TEST(sciray_png, large_picture_from_a_small_file) {
+  // 2000 by 2000 pixels in a 48 KB file, which the tool streams into a PNG
+  // row by row.
+  const unsigned side = 2000;
   const std::string out = scratch_dir() + "/large.png";
-  const run_result r = run_program(SCIRAY_PNG_BINARY, {out, scratch_file("large.rgb", file)});
+  const run_result r = run_program(SCIRAY_PNG_BINARY, {out, large_picture(side)});
   EXPECT_EQ(r.status, 0) << r.err;
   const auto [format, samples] = decode_with_pil(out);
   EXPECT_EQ(format, "PNG 2000 2000");
   EXPECT_EQ(samples, testing::samples(std::size_t{3} * side * side, 7));
+}
+
+TEST(sciray_png, a_signal_leaves_no_partial_png) {
+  // 40000 by 40000 pixels take a while to compress; an earlier PNG stays.
+  const std::string band = large_picture(40000);
+  const std::string out = write_scratch_file("out.png", "an earlier picture");
+  const std::string log = scratch_dir() + "/log";
+  for (int signal : {SIGINT, SIGTERM, SIGHUP, SIGXCPU}) {
+    SCOPED_TRACE(strsignal(signal));
+    child_process run(SCIRAY_PNG_BINARY, {out, band}, log);
+    ASSERT_TRUE(run.wait_for([] { return pngs_left().size() == 2; }, 30));  // and the temporary one
+    run.send(signal);
+    const int status = run.wait();
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << std::hex << status;
+    EXPECT_EQ(pngs_left(), std::vector<std::string>{"out.png"});
+    EXPECT_EQ(read_file(out), "an earlier picture");
+  }
 }
 
 }  // namespace
