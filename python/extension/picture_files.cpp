@@ -1,12 +1,16 @@
 // picture_files.cpp - a picture in memory written as the program writes it
 // (the run-length-encoded SGI file, row by row from the bottom, channel by
-// channel, through the same image library) or as PNG through libpng.
+// channel, through the same image library) or as PNG through libpng; like
+// the program's, under a temporary name put in place once complete, so that
+// a failed save leaves any earlier file as it was.
 #include <nanobind/nanobind.h>
 #include <nanobind/ndarray.h>
 #include <nanobind/stl/string.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,6 +19,7 @@
 #include "image/image_file.h"
 #include "image/png_write.h"
 #include "render_call.h"
+#include "support/output_file.h"
 
 namespace sciray::python {
 
@@ -27,13 +32,30 @@ using picture_array = nb::ndarray<const unsigned char, nb::shape<-1, -1, 3>, nb:
   throw nb::python_error();
 }
 
+// The file for `path`, or the OSError (FileNotFoundError, PermissionError,
+// ...) that creating it gives.
+std::FILE* create(output_file& file, const std::string& path) {
+  std::FILE* stream = file.create(path);
+  if (!stream) {
+    PyErr_SetFromErrnoWithFilename(PyExc_OSError, path.c_str());
+    throw nb::python_error();
+  }
+  return stream;
+}
+
+void put_in_place(output_file& file, const std::string& path) {
+  if (!file.finish()) raise_os_error(path + ": can't put the picture in place: " + std::strerror(errno));
+}
+
 void save_rgb(const picture_array& pixels, const std::string& path) {
   const std::size_t height = pixels.shape(0), width = pixels.shape(1);
   std::vector<std::uint16_t> samples(width);
+  output_file file;
+  std::FILE* stream = create(file, path);
   // After an error the unfinished file is removed and the record only freed.
   std::unique_ptr<image_file> image;
   try {
-    image.reset(iopen(path.c_str(), "w", 257, 3, static_cast<unsigned>(width), static_cast<unsigned>(height), 3));
+    image.reset(fiopen(stream, 257, 3, static_cast<unsigned>(width), static_cast<unsigned>(height), 3));
     for (std::size_t y = 0; y < height; ++y) {
       const unsigned char* row = pixels.data() + (height - 1 - y) * width * 3;
       for (unsigned channel = 0; channel < 3; ++channel) {
@@ -41,10 +63,15 @@ void save_rgb(const picture_array& pixels, const std::string& path) {
         putrow(image.get(), samples.data(), static_cast<unsigned>(y), channel);
       }
     }
-    iclose(image.release());
+    if (iclose(image.release()) != 0) {
+      const std::string reason = std::strerror(errno);
+      file.abandon();
+      raise_os_error(path + ": error on write: " + reason);
+    }
   } catch (const scene_failure& failure) {
     raise_os_error(failure.what());
   }
+  put_in_place(file, path);
 }
 
 // The PNG of the picture into `file`; "" or libpng's reason.
@@ -55,13 +82,14 @@ std::string png_into(const picture_array& pixels, std::FILE* file) {
 }
 
 void save_png(const picture_array& pixels, const std::string& path) {
-  std::FILE* file = std::fopen(path.c_str(), "wb");
-  if (!file) raise_os_error("can't create " + path);
-  const std::string error = png_into(pixels, file);
-  if (std::fclose(file) != 0 || !error.empty()) {
-    std::remove(path.c_str());
+  output_file file;
+  std::FILE* stream = create(file, path);
+  const std::string error = png_into(pixels, stream);
+  if (std::fclose(stream) != 0 || !error.empty()) {
+    file.abandon();
     raise_os_error(path + ": " + (error.empty() ? "error on write" : error));
   }
+  put_in_place(file, path);
 }
 
 nb::bytes png_bytes(const picture_array& pixels) {

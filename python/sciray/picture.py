@@ -54,7 +54,8 @@ class Picture:
     def save(self, path: str | os.PathLike) -> None:
         """Writes the picture: a PNG for a name ending in ".png", the program's
         run-length-encoded SGI picture (the very bytes ``sciray`` writes) for
-        ".rgb".
+        ".rgb". The file is put in place only once complete; a failed save
+        leaves an earlier file of that name as it was.
 
         >>> picture.save("out.rgb")                           # doctest: +SKIP
         """
@@ -66,8 +67,6 @@ class Picture:
             raise ValueError("the picture is empty (a band with no rows) and has nothing to save")
         if kind == ".rgb" and max(self.pixels.shape[:2]) > 65535:
             raise ValueError("an SGI picture holds at most 65535 rows and columns")
-        # Opening here gives the usual exceptions (FileNotFoundError, PermissionError, ...).
-        open(name, "wb").close()
         pixels = np.ascontiguousarray(self.pixels)
         (_sciray.save_png if kind == ".png" else _sciray.save_rgb)(pixels, name)
 

@@ -31,7 +31,7 @@ c_file open_scene(const char* program, const char* name) {
 int run_program(int argc, char** argv) {
   const char* program = argv[0];
   if (argc <= 2) {
-    std::fprintf(stderr, "usage: %s input_data.ren output_image.rgb [-band i/n] [-threads N] [-nomark]\n", program);
+    std::fprintf(stderr, "usage: %s input_data.ren output_image.rgb\n", program);
     return 1;
   }
   run_options options;

@@ -108,4 +108,12 @@ bool output_file::finish() {
   return renamed;
 }
 
+void output_file::abandon() {
+  const std::string& path = temporary_.empty() ? written_ : temporary_;
+  if (path.empty()) return;
+  const signals_held held;
+  std::remove(path.c_str());
+  unlist(path);
+}
+
 }  // namespace sciray

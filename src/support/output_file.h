@@ -26,6 +26,9 @@ class output_file {
   // place. False, with errno set, when the rename fails (the temporary file
   // is then removed).
   bool finish();
+  // Gives the output up after a failure: removes what was written, as an
+  // error of the program would.
+  void abandon();
 
  private:
   std::string target_;     // the file the output ends up as (links followed)

@@ -39,7 +39,7 @@ unsigned header_u16(const std::string& file, std::size_t offset) {
 TEST(program_run, usage_and_unopenable_scene) {
   auto r = run_sciray({});
   EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.err, "usage: " + program + " input_data.ren output_image.rgb [-band i/n] [-threads N] [-nomark]\n");
+  EXPECT_EQ(r.err, "usage: " + program + " input_data.ren output_image.rgb\n");
   EXPECT_EQ(r.out, "");
   EXPECT_EQ(run_sciray({"only_one"}).err, r.err);
 
