@@ -4,15 +4,20 @@
 #include "shading/contour_material.h"
 
 #include "shading/ray_state.h"
+#include "shading/render_context.h"
 
 namespace sciray {
 
 namespace {
 
-// Sum over the weighted entries of what `of` gives for each entry's material.
+// Sum over the weighted entries of what `of` gives for each entry's
+// material at the hit of `state`. Entries that mix shade the same point
+// and send light on along the same rays, so their shadow rays share what
+// they find.
 template <typename T, typename Of>
-T weighted_sum(const blend_material& blend, double value, Of of) {
-  const blend_weights w = blend.weights(value);
+T weighted_sum(const blend_material& blend, const ray_state& state, Of of) {
+  const blend_weights w = blend.weights(state.hit.value);
+  const shadow_walks::scope mixing(state.context->walks, w.count > 1);
   T sum{};
   for (int i = 0; i < w.count; ++i) sum = sum + w.weight[i] * of(*blend.entries()[w.index[i]].mat);
   return sum;
@@ -21,11 +26,11 @@ T weighted_sum(const blend_material& blend, double value, Of of) {
 }  // namespace
 
 colour blend_material::shade(ray_state& state) const {
-  return weighted_sum<colour>(*this, state.hit.value, [&](const material& m) { return m.shade(state); });
+  return weighted_sum<colour>(*this, state, [&](const material& m) { return m.shade(state); });
 }
 
 colour blend_material::transmittance(ray_state& state) const {
-  return weighted_sum<colour>(*this, state.hit.value, [&](const material& m) { return m.transmittance(state); });
+  return weighted_sum<colour>(*this, state, [&](const material& m) { return m.transmittance(state); });
 }
 
 vector blend_material::index_triple() const {

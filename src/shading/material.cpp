@@ -129,19 +129,9 @@ colour material::shade(ray_state& state) const {
 colour material::transmittance(ray_state& state) const {
   if (is_black(refractive)) return {};  // opaque
   const tracer& t = *state.tracer;
-  const position from = state.hit_point();
   // Light passes straight through, coloured by the body it crosses.
   const material* medium = dot(state.r.dir, state.hit.normal) > 0.0 ? &t.scene().atmosphere : this;
-  const colour weight = state.weight * refractive;
-  ray_state next;
-  if (state.target_at_infinity) {
-    // The light's direction, normalised again like every new ray's.
-    next = spawned_state(state, transmission_ray, from, normalise(state.r.dir), weight, medium);
-    next.target_at_infinity = true;
-  } else {
-    next = transmission_state(state, from, state.target, weight, medium);
-  }
-  return refractive * t.transmit(next);
+  return t.transmit_through(state, refractive, medium);
 }
 
 }  // namespace sciray

@@ -27,7 +27,10 @@ class material {
 
   // The colour seen at the hit recorded in `state`.
   virtual colour shade(ray_state& state) const;
-  // The fraction of light of each channel that passes the body towards a light.
+  // The fraction of light of each channel that passes the body towards a
+  // light. The shadow goes on through tracer::transmit_through, the one
+  // use of the state's weight: the tracer shares what chains that differ
+  // only in weight and medium find beyond.
   virtual colour transmittance(ray_state& state) const;
   // The refractive indices of red, green and blue, for the other side of a refraction.
   virtual vector index_triple() const;

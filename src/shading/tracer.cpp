@@ -59,15 +59,95 @@ colour tracer::trace(ray_state& state) const {
   return c;
 }
 
-colour tracer::transmit(ray_state& state) const {
+colour tracer::transmit(ray_state& state) const { return follow_shadow(state, nullptr); }
+
+colour tracer::transmit_through(ray_state& state, const colour& filter, const material* medium) const {
+  const position from = state.hit_point();
+  const colour weight = state.weight * filter;
+  ray_state next;
+  if (state.target_at_infinity) {
+    // The light's direction, normalised again like every new ray's.
+    next = spawned_state(state, transmission_ray, from, normalise(state.r.dir), weight, medium);
+    next.target_at_infinity = true;
+  } else {
+    next = transmission_state(state, from, state.target, weight, medium);
+  }
+  weight_range* const narrowing = state.context->walks.narrowing;
+  if (!narrowing) return filter * follow_shadow(next, nullptr);
+  weight_range beyond;
+  const colour rest = follow_shadow(next, &beyond);
+  narrowing->narrow(before_filter(beyond, state.weight, filter));
+  return filter * rest;
+}
+
+colour tracer::follow_shadow(ray_state& state, weight_range* same_for) const {
   if (!shadows_) return {1.0, 1.0, 1.0};
-  if (below_cutoff(state.weight)) return {};
+  const bool cut = below_cutoff(state.weight);
+  if (same_for) *same_for = cut_off_alike(state.weight, cutoff);
+  if (cut) return {};
   colour c{1.0, 1.0, 1.0};
-  if (!find_hit(state)) return c;
-  const material* m = surface_of_hit(state);
-  c *= m ? m->transmittance(state) : colour{};
+  const bool sharing = state.context->walks.open();
+  bool found;
+  const material* m = nullptr;
+  std::size_t number = 0;
+  if (sharing) {
+    found = shared_hit(state, m, number);
+  } else {
+    ++state.context->shadow_walk_count;
+    found = find_hit(state);
+    if (found) m = surface_of_hit(state);
+  }
+  if (!found) return c;
+  c *= sharing ? shared_filter(state, m, number, same_for) : m ? m->transmittance(state) : colour{};
   if (state.medium) state.medium->apply_medium(state.hit.distance, c);
   return c;
+}
+
+bool tracer::shared_hit(ray_state& state, const material*& m, std::size_t& number) const {
+  render_context& context = *state.context;
+  bool fresh;
+  number = context.walks.find(state, fresh);
+  if (!fresh) {
+    const shadow_walks::crossing& c = context.walks[number];
+    ++context.ray_count;
+    context.test_count += c.tests;
+    state.hit = c.hit;
+    m = c.mat;
+    return c.found;
+  }
+  ++context.shadow_walk_count;
+  const std::uint32_t tests = context.test_count;
+  const bool found = find_hit(state);
+  m = found ? surface_of_hit(state) : nullptr;
+  if (number != shadow_walks::none) {
+    shadow_walks::crossing& c = context.walks[number];
+    c.found = found;
+    c.hit = state.hit;
+    c.mat = m;
+    c.tests = context.test_count - tests;
+  }
+  return found;
+}
+
+colour tracer::shared_filter(ray_state& state, const material* m, std::size_t number, weight_range* same_for) const {
+  render_context& context = *state.context;
+  shadow_walks& walks = context.walks;
+  if (const shadow_walks::filter* known = walks.filter_for(number, state.weight)) {
+    context.ray_count += known->rays;
+    context.test_count += known->tests;
+    if (same_for) same_for->narrow(known->weights);
+    return known->value;
+  }
+  // Worked out here: the chains beyond narrow the range it holds for.
+  weight_range beyond;
+  weight_range* const outer = walks.narrowing;
+  walks.narrowing = &beyond;
+  const std::uint32_t rays = context.ray_count, tests = context.test_count;
+  const colour value = m ? m->transmittance(state) : colour{};
+  walks.narrowing = outer;
+  walks.keep(number, {beyond, value, context.ray_count - rays, context.test_count - tests});
+  if (same_for) same_for->narrow(beyond);
+  return value;
 }
 
 light_contribution tracer::gather_light(const ray_state& at, const shading_point& p) const {

@@ -14,6 +14,8 @@
 
 namespace sciray {
 
+struct weight_range;
+
 class tracer {
  public:
   // The depth limit, shadows and highlights are those of `settings`.
@@ -32,8 +34,13 @@ class tracer {
   // and passed through the ray's medium, or the sky.
   colour trace(ray_state& state) const;
   // The fraction of each channel that reaches the end of the shadow ray
-  // `state` through transparent bodies.
+  // `state` through transparent bodies. While a scope of the context's
+  // shadow_walks is open, a ray tested again shares what it found.
   colour transmit(ray_state& state) const;
+  // What a transparent body at the hit of the shadow ray `state` lets
+  // through: `filter` times what reaches the end of the ray that goes on
+  // from the hit in `medium`, its weight that of `state` times `filter`.
+  colour transmit_through(ray_state& state, const colour& filter, const material* medium) const;
   // The light of every light at `p`, the hit of `at`, with the world's ambient.
   light_contribution gather_light(const ray_state& at, const shading_point& p) const;
 
@@ -46,6 +53,19 @@ class tracer {
   // The material of the hit primitive (null: none), after the surface data
   // of the hit is filled in.
   const material* surface_of_hit(ray_state& state) const;
+  // transmit, and where `same_for` is given, the weights for which the
+  // answer would be the same.
+  colour follow_shadow(ray_state& state, weight_range* same_for) const;
+  // The nearest hit of the shadow ray `state` and its material `m` (none
+  // when nothing is hit), taken from the same ray's walk in the open scope
+  // of shadow_walks or walked and kept there as `number`; counts one ray
+  // and the walk's tests.
+  bool shared_hit(ray_state& state, const material*& m, std::size_t& number) const;
+  // What `m` lets through at the hit of `state`, the shadow ray `number`,
+  // taken from a chain before whose weight the cut-offs beyond treated
+  // alike, or worked out and kept; narrows `same_for` to the weights the
+  // answer holds for.
+  colour shared_filter(ray_state& state, const material* m, std::size_t number, weight_range* same_for) const;
 
   const world& world_;
   int depth_max_;

@@ -9,6 +9,7 @@
 
 #include "shading/contour_material.h"
 #include "shading/ray_state.h"
+#include "shading/render_context.h"
 
 namespace sciray {
 namespace {
@@ -66,7 +67,9 @@ TEST(contour_blend, weights_blended_operations_and_first_entry_delegation) {
 
   // Colours and filters are weighted sums; an entry of weight 0 is
   // never asked.
+  render_context context;
   ray_state s;
+  s.context = &context;
   s.hit.value = 0.25;
   EXPECT_EQ(four.shade(s), colour(0.75, 0.25, 0.0));
   EXPECT_EQ(four.transmittance(s), colour(0.75, 0.25, 0.0));
