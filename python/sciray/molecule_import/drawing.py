@@ -17,8 +17,9 @@ _STICK = 0.15
 _LICORICE = 0.3
 # Cell lines, per unit of the view's size.
 _CELL_LINE = 0.002
-# Positions are written to a ten-thousandth of an ångström: far below what a
-# picture shows, and short numbers.
+# Positions are written to a ten-thousandth of an ångström, the same step
+# at any distance from the origin: far below what a picture shows, finer
+# than the single precision MDAnalysis holds beyond 1000 Å, and short.
 _DECIMALS = 4
 _BACKDROP = (0.95, 0.95, 0.96)
 # Above this many atoms the outline is the box, not the convex hull.
@@ -202,7 +203,8 @@ class plan:
         if not len(drawn):
             return
         radius = _LICORICE if self.chosen.style == "licorice" else _STICK
-        halves = np.round(bonds.half_bonds(positions, drawn), _DECIMALS + 1)  # middles exact, and short
+        # The middle of two ends of four decimals has five: the exact middle, short.
+        halves = np.round(bonds.half_bonds(positions, drawn), _DECIMALS + 1)
         ends = np.concatenate([drawn[:, 0], drawn[:, 1]])
         if values is None:
             scene.add_lines(halves, atom_material[ends], radius=radius)

@@ -1,7 +1,8 @@
 """test_molecule_structures.py - sciray.from_molecule on structures built with
 ASE: element colours, bonds (C60's 90), periodic crystals whose bonds stay
 inside the cell, one radius per element when space-filling, a million
-atoms, and every style rendered."""
+atoms, a molecule far from the origin drawn as at the origin, and every
+style rendered."""
 import ase
 import ase.build
 import MDAnalysis
@@ -102,6 +103,23 @@ def test_a_million_atom_crystal_becomes_one_space_filling_block_of_balls(tmp_pat
     assert text.count("symbol_radius") == 1 and "symbol_radius %r" % float(vdw_radii[29]) in text
     last = text.rsplit("gr_symbol", 1)[1]
     assert np.allclose([float(v) for v in last.split("xyz")[1].split()[:3]], crystal.positions[-1], atol=1e-4)
+
+
+def test_a_molecule_far_from_the_origin_looks_as_at_the_origin():
+    c60 = ase.build.molecule("C60")
+    c60.positions = np.round(c60.positions * 256) / 256  # held exactly in single precision, as shifted below
+    shift = np.array([3072.0, -2048.0, 5120.0])
+    for options in ({}, {"style": "spacefill", "floor": True}, {"view": "+z", "azimuth": 30, "elevation": -20}):
+        scenes = []
+        for offset in (np.zeros(3), shift):
+            moved = c60.copy()
+            moved.positions += offset
+            scenes.append(sciray.from_molecule(moved, size=(80, 60), **options))
+        near, far = (drawn(scene.text()) for scene in scenes)
+        assert np.allclose(far.centres - shift, near.centres, rtol=0, atol=1e-9)
+        assert np.allclose(far.line_ends - shift, near.line_ends, rtol=0, atol=1e-9)
+        near_picture, far_picture = (sciray.render(scene).pixels for scene in scenes)
+        assert np.array_equal(near_picture, far_picture), options
 
 
 @pytest.mark.parametrize("style", ["ball-and-stick", "spacefill", "licorice"])
