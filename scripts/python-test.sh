@@ -6,6 +6,9 @@
 #   scripts/python-test.sh [--fresh] [PYTEST_ARGS...]
 set -euo pipefail
 cd "$(dirname "$0")/.."
+# pip's downloads and the caches and settings of matplotlib and IPython stay
+# in this tree, not in the home folder.
+export PIP_CACHE_DIR=$PWD/build/cache/pip MPLCONFIGDIR=$PWD/build/cache/matplotlib IPYTHONDIR=$PWD/build/cache/ipython
 venv=build/venv
 if [ "${1:-}" = --fresh ]; then
   rm -rf "$venv" build/wheel
