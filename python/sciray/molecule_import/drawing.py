@@ -17,10 +17,9 @@ _STICK = 0.15
 _LICORICE = 0.3
 # Cell lines, per unit of the view's size.
 _CELL_LINE = 0.002
-# Positions are written to a ten-thousandth of an ångström, the same step
-# at any distance from the origin: far below what a picture shows, finer
-# than the single precision MDAnalysis holds beyond 1000 Å, and short.
-_DECIMALS = 4
+# The most decimals tried for the shortest form of a coordinate (single
+# precision has at most nine significant digits).
+_MOST_DECIMALS = 12
 _BACKDROP = (0.95, 0.95, 0.96)
 # Above this many atoms the outline is the box, not the convex hull.
 _HULL_LIMIT = 200000
@@ -30,6 +29,28 @@ def _surface(scene, rgb, specular=0.3):
     # The ambient term takes the surface's own colour, so shade stays coloured.
     rgb = tuple(float(c) for c in rgb)
     return scene.material(color=rgb, ambient=rgb, specular=(specular,) * 3, shininess=40, reflective=(0, 0, 0))
+
+
+def shortest(values: np.ndarray) -> tuple:
+    """(numbers, decimals): each single-precision value (as MDAnalysis holds
+    coordinates) as the double of its decimal with the fewest decimals that
+    reads back as that value, and that count of decimals. Nothing is lost,
+    at any distance from the origin, and a file's "5001.400" is written
+    5001.4, not 5001.39990234375. A value needing more than _MOST_DECIMALS
+    decimals is kept as it is (its count is then more than _MOST_DECIMALS)."""
+    exact = np.asarray(values, dtype=np.float32).reshape(-1)
+    numbers = exact.astype(np.float64)
+    decimals = np.full(exact.size, _MOST_DECIMALS + 1, dtype=np.int8)
+    left, wide, narrow = np.arange(exact.size), numbers, exact
+    for count in range(_MOST_DECIMALS + 1):
+        scale = 10.0 ** count
+        rounded = np.rint(wide * scale) / scale
+        back = rounded.astype(np.float32) == narrow
+        numbers[left[back]], decimals[left[back]] = rounded[back], count
+        left, wide, narrow = left[~back], wide[~back], narrow[~back]
+        if not len(left):
+            break
+    return numbers.reshape(np.shape(values)), decimals.reshape(np.shape(values))
 
 
 def cell_edges(dimensions) -> np.ndarray:
@@ -84,6 +105,7 @@ class plan:
         self.bonds = (np.zeros((0, 2), dtype=np.int64) if chosen.style == "spacefill"
                       else bonds.chosen(self.atoms, elements.covalent_radii(self.numbers)))
         self._colours()
+        self._last = None
         low, high, outline = self._bounds()
         self.view = framing.frame(low, high, chosen.view, chosen.azimuth, chosen.elevation, chosen.zoom, outline)
         self.floor = framing.floor_corners(low, self.view) if chosen.floor else None
@@ -125,7 +147,7 @@ class plan:
         trajectory, low, high, outline, least, most = self.read_in.universe.trajectory, [], [], [], [], []
         for frame in self.frames:
             trajectory[frame]
-            positions = self.atoms.positions
+            positions = self._written(frame)[0]
             low.append((positions - self.radii[:, None]).min(axis=0))
             high.append((positions + self.radii[:, None]).max(axis=0))
             outline.append(_outline(positions, self.radii.max()))
@@ -141,6 +163,14 @@ class plan:
         if self.number is not None:
             self.low, self.high = colouring.range_of(np.array(least + most), self.chosen.range)
         return np.min(low, axis=0), np.max(high, axis=0), np.concatenate(outline)
+
+    def _written(self, frame):
+        """(positions, decimals) of the atoms in `frame`, as the scene writes
+        them; those of the frame asked last are kept."""
+        if self._last is None or self._last[0] != frame:
+            self.read_in.universe.trajectory[frame]
+            self._last = (frame, *shortest(self.atoms.positions))
+        return self._last[1:]
 
     def _cell(self, frame):
         dimensions = self.read_in.universe.trajectory.ts.dimensions
@@ -172,7 +202,7 @@ class plan:
         materials = np.array([_surface(scene, rgb) for rgb in self.colours])
         plain = _surface(scene, (0.25, 0.25, 0.27), 0.1)
         floor = _surface(scene, (0.92, 0.92, 0.92), 0.0)
-        positions = np.round(self.atoms.positions.astype(np.float64), _DECIMALS)
+        positions, decimals = self._written(frame)
         if self.number is None:
             atom_material, values = materials[self.atom_colour], None
         else:
@@ -180,7 +210,7 @@ class plan:
             scene.contour_table(banding.step_levels(self.low, self.high, chosen.bands), materials)
             atom_material = materials[banding.band_of(values, self.low, self.high, chosen.bands)]
         self._atoms(scene, positions, atom_material)
-        self._bonds(scene, positions, atom_material, values)
+        self._bonds(scene, positions, decimals, atom_material, values)
         if chosen.cell:
             scene.add_lines(self._cell(frame), plain, radius=_CELL_LINE * seen.size)
         if self.floor is not None:
@@ -197,14 +227,19 @@ class plan:
             members = order[starts[k]:starts[k + 1]]
             scene.add_spheres(positions[members], atom_material[members], radius=float(radius))
 
-    def _bonds(self, scene, positions, atom_material, values):
+    def _bonds(self, scene, positions, decimals, atom_material, values):
         """Each bond as two lines, from each atom to the middle, in that atom's colour."""
         drawn = bonds.within_cell(positions, self.bonds, self.read_in.universe.trajectory.ts.dimensions)
         if not len(drawn):
             return
         radius = _LICORICE if self.chosen.style == "licorice" else _STICK
-        # The middle of two ends of four decimals has five: the exact middle, short.
-        halves = np.round(bonds.half_bonds(positions, drawn), _DECIMALS + 1)
+        halves = bonds.half_bonds(positions, drawn)
+        # The middle of two ends of at most k decimals has at most k + 1:
+        # written so, it is their exact middle, and short.
+        places = np.maximum(decimals[drawn[:, 0]], decimals[drawn[:, 1]]) + 1
+        places = np.concatenate([places, places])  # the halves at the first atoms, then at the second
+        scale = 10.0 ** np.minimum(places, _MOST_DECIMALS)
+        halves[:, 1] = np.where(places <= _MOST_DECIMALS, np.rint(halves[:, 1] * scale) / scale, halves[:, 1])
         ends = np.concatenate([drawn[:, 0], drawn[:, 1]])
         if values is None:
             scene.add_lines(halves, atom_material[ends], radius=radius)

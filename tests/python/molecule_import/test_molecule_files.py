@@ -28,6 +28,10 @@ def test_a_protein_from_pdb_in_element_colours(tmp_path):
     first_letter = {"N": 7, "C": 6, "O": 8, "H": 1, "S": 16}
     expected = jmol_colors[[first_letter[name[0]] for name in protein.names]]
     assert np.allclose(scene.ball_colours()[order], expected)
+    # Each ball at the file's own numbers.
+    with open(PDB_small) as pdb:
+        written = [tuple(float(line[k:k + 8]) for k in (30, 38, 46)) for line in pdb if line.startswith("ATOM")]
+    assert sorted(map(tuple, scene.centres)) == sorted(written)
     # The library call on the same file writes the same scene.
     assert sciray.from_molecule(PDB_small, size=(80, 60)).text() == scene.text
 

@@ -105,16 +105,17 @@ def test_a_million_atom_crystal_becomes_one_space_filling_block_of_balls(tmp_pat
     assert np.allclose([float(v) for v in last.split("xyz")[1].split()[:3]], crystal.positions[-1], atol=1e-4)
 
 
-def test_a_molecule_far_from_the_origin_looks_as_at_the_origin():
+def test_a_molecule_far_from_the_origin_looks_as_at_the_origin(tmp_path):
+    # PDB files of C60 at the origin and thousands of ångström away: the
+    # scene writes each file's own numbers, so the two are one scene shifted.
     c60 = ase.build.molecule("C60")
-    c60.positions = np.round(c60.positions * 256) / 256  # held exactly in single precision, as shifted below
-    shift = np.array([3072.0, -2048.0, 5120.0])
+    shift = np.array([3000.0, 2000.0, 5000.0])
+    for name, offset in (("near.pdb", np.zeros(3)), ("far.pdb", shift)):
+        moved = c60.copy()
+        moved.positions += offset
+        moved.write(tmp_path / name, format="proteindatabank")
     for options in ({}, {"style": "spacefill", "floor": True}, {"view": "+z", "azimuth": 30, "elevation": -20}):
-        scenes = []
-        for offset in (np.zeros(3), shift):
-            moved = c60.copy()
-            moved.positions += offset
-            scenes.append(sciray.from_molecule(moved, size=(80, 60), **options))
+        scenes = [sciray.from_molecule(tmp_path / name, size=(80, 60), **options) for name in ("near.pdb", "far.pdb")]
         near, far = (drawn(scene.text()) for scene in scenes)
         assert np.allclose(far.centres - shift, near.centres, rtol=0, atol=1e-9)
         assert np.allclose(far.line_ends - shift, near.line_ends, rtol=0, atol=1e-9)
