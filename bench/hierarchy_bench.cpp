@@ -1,5 +1,7 @@
 // hierarchy_bench.cpp - micro-benchmarks of the hierarchy: the walk over a
-// few thousand random spheres, cylinders and triangles; the tree's build
+// few thousand random spheres, cylinders and triangles, of rays one at a
+// time and of the primary rays of a picture row by row, one at a time and
+// together on each vector path; the tree's build
 // over scattered boxes and over boxes on a grid (many equal centres); and
 // the whole build of a scene's geometry, shapes laid out included.
 #include <benchmark/benchmark.h>
@@ -67,6 +69,48 @@ void hierarchy_walk(benchmark::State& state) {
       benchmark::Counter(static_cast<double>(tests) / static_cast<double>(state.iterations()));
 }
 BENCHMARK(hierarchy_walk)->Arg(1000)->Arg(100000);
+
+// The primary rays of a picture of 64 by 64 pixels fanning out over the
+// same field as above, row by row; an iteration walks one row of 64. Mode 0
+// walks them one at a time, as every ray was walked before groups; modes 1
+// to 4 walk the row as the renderer does, in groups, on the plain, SSE2,
+// AVX2 and AVX-512 path (a path the processor lacks is skipped).
+void primary_walk(benchmark::State& state) {
+  constexpr int side = 64;
+  const bench_scene scene(static_cast<int>(state.range(0)));
+  const int mode = static_cast<int>(state.range(1));
+  const simd_path paths[] = {simd_path::sse2, simd_path::plain, simd_path::sse2, simd_path::avx2, simd_path::avx512};
+  if (!simd_supported(paths[mode])) {
+    state.SkipWithError("this processor lacks the path");
+    return;
+  }
+  const simd_path before = active_simd_path();
+  force_simd_path(paths[mode]);
+  std::vector<ray> picture;
+  for (int y = 0; y < side; ++y)
+    for (int x = 0; x < side; ++x) picture.emplace_back(position(0, 0, -30), normalise(vector((x - 32) * 0.019, (y - 32) * 0.019, 1)));
+  std::vector<hit_record> hits(side);
+  std::vector<std::uint32_t> tests(side);
+  std::uint32_t all_tests = 0;
+  int row = 0;
+  for (auto _ : state) {
+    const ray* rays = picture.data() + row * side;
+    for (int i = 0; i < side; ++i) hits[i] = hit_record{}, tests[i] = 0;
+    if (mode == 0) {
+      for (int i = 0; i < side; ++i) scene.geometry.intersect(rays[i], hits[i], tests[i]);
+    } else {
+      scene.geometry.intersect_each(side, rays, hits.data(), tests.data());
+    }
+    benchmark::DoNotOptimize(hits.data());
+    for (int i = 0; i < side; ++i) all_tests += tests[i];
+    row = (row + 1) % side;
+  }
+  force_simd_path(before);
+  state.SetItemsProcessed(state.iterations() * side);
+  state.counters["tests_per_ray"] =
+      benchmark::Counter(static_cast<double>(all_tests) / static_cast<double>(state.iterations() * side));
+}
+BENCHMARK(primary_walk)->ArgsProduct({{1000, 100000}, {0, 1, 2, 3, 4}})->ArgNames({"shapes", "mode"});
 
 // Boxes scattered in a cube, or centred on the points of a grid.
 class box_list : public box_source {

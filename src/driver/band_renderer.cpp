@@ -5,6 +5,7 @@
 #include "driver/band_renderer.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <utility>
@@ -111,9 +112,10 @@ class band_render {
     const tracer unlit = band_.tracing.unlit();
     const pixel_source source{band_.cam, unlit, context};
     sample_row scratch(band_.window.columns);
+    walks_ahead ahead;
     for (std::size_t k = next_++; k < units_.size() && !stopping(); k = next_++) {
       const std::uint64_t before = context.random.drawn();
-      sample(k, source, nullptr, scratch);
+      sample(k, source, nullptr, ahead, scratch);
       draws_[k] = context.random.drawn() - before;
     }
   }
@@ -133,6 +135,7 @@ class band_render {
     context.random = band_.start;
     const pixel_source source{band_.cam, band_.tracing, context};
     adaptive_sampler sampler(band_.window, band_.settings.antialias_tol, band_.settings.antialias_depth);
+    walks_ahead ahead;
     for (std::size_t k = next_++; k < units_.size(); k = next_++) {
       wait_for_slot(k);
       if (stopping()) {
@@ -154,7 +157,7 @@ class band_render {
       }
       out.rays_before = context.ray_count;
       out.tests_before = context.test_count;
-      sample(k, source, &sampler, out.row);
+      sample(k, source, &sampler, ahead, out.row);
       out.rays = context.ray_count - out.rays_before;
       out.tests = context.test_count - out.tests_before;
       done_[k].store(unit_done, std::memory_order_release);
@@ -197,13 +200,27 @@ class band_render {
   }
 
   // Renders unit k into `row`.
-  void sample(std::size_t k, const pixel_source& source, adaptive_sampler* sampler, sample_row& row) {
+  void sample(std::size_t k, const pixel_source& source, adaptive_sampler* sampler, walks_ahead& ahead,
+              sample_row& row) {
     const screen_window& w = band_.window;
     const int y = units_[k].line_row;
     switch (mode_) {
-      case row_mode::plain:
-        for (int x = 0; x < w.columns; ++x) row.set(x, source(w.centre_x(x), w.centre_y(y)));
+      case row_mode::plain: {
+        // A run of pixels at a time: their first rays are walked ahead together.
+        constexpr int run = 64;
+        std::array<ray, run> rays;
+        for (int x0 = 0; x0 < w.columns; x0 += run) {
+          const int n = std::min(run, w.columns - x0);
+          for (int i = 0; i < n; ++i) rays[i] = source.cam.primary_ray(w.centre_x(x0 + i), w.centre_y(y));
+          source.tracing.walk_ahead(std::span(rays.data(), static_cast<std::size_t>(n)), ahead);
+          for (int i = 0; i < n; ++i) {
+            source.context.ahead = {&ahead, static_cast<std::size_t>(i)};
+            row.set(x0 + i, source.trace(rays[i]));
+          }
+        }
+        source.context.ahead = {};
         break;
+      }
       case row_mode::blocks:
         // Each block takes the colour at the centre of its lower left pixel.
         for (int x0 = 0, size = first_block(w.columns, block_); x0 < w.columns; x0 += size, size = block_) {

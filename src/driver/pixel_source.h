@@ -17,8 +17,10 @@ struct pixel_source {
   const tracer& tracing;
   render_context& context;
 
-  colour operator()(double sx, double sy) const {
-    ray_state state = primary_state(tracing, context, cam.primary_ray(sx, sy));
+  colour operator()(double sx, double sy) const { return trace(cam.primary_ray(sx, sy)); }
+  // The colour the primary ray `r` brings back.
+  colour trace(const ray& r) const {
+    ray_state state = primary_state(tracing, context, r);
     return tracing.trace(state);
   }
 };

@@ -6,8 +6,11 @@
 namespace sciray {
 
 std::uint16_t to_sample(double v) {
-  if (!(v >= 0.0)) v = 0.0;  // also not-a-number
-  if (v > 1.0) v = 1.0;
+  // Written to compile to MAXSD and MINSD rather than branches on the
+  // colour: not-a-number and anything not above 0 become 0 (a -0 would
+  // give 0 as well).
+  v = v > 0.0 ? v : 0.0;
+  v = v < 1.0 ? v : 1.0;
   return static_cast<std::uint16_t>(v * 255.0);
 }
 

@@ -6,7 +6,8 @@
 #include <initializer_list>
 #include <limits>
 
-#include "geometry/lanes.h"
+#include "geometry/cylinder_lanes.h"
+#include "geometry/pair_roots.h"
 
 namespace sciray {
 
@@ -70,50 +71,7 @@ cylinder::set::set(shape_list<cylinder> read, const std::vector<std::uint32_t>& 
 }
 
 bool cylinder::set::candidates(std::uint32_t first, std::uint32_t count, const ray& r, double* t) const {
-  using namespace lanes;
-  const ray_lanes ray2(r);
-  const v2 tolerance = both(self_hit_tolerance), zero = _mm_setzero_pd();
-  const v2 sign = both(-0.0);
-  bool any = false;
-  for (std::uint32_t i = 0; i < count; i += 2) {
-    const std::uint32_t k = first + i;
-    const v2 ax = load(columns_[axis_x], k), ay = load(columns_[axis_y], k), az = load(columns_[axis_z], k);
-    // The parts of origin and direction perpendicular to the axis.
-    const v2 ox = sub(ray2.ox, load(columns_[start_x], k)), oy = sub(ray2.oy, load(columns_[start_y], k));
-    const v2 oz = sub(ray2.oz, load(columns_[start_z], k));
-    const v2 da = dot3(ray2.dx, ray2.dy, ray2.dz, ax, ay, az);
-    const v2 dpx = sub(ray2.dx, mul(da, ax)), dpy = sub(ray2.dy, mul(da, ay)), dpz = sub(ray2.dz, mul(da, az));
-    const v2 oa = dot3(ox, oy, oz, ax, ay, az);
-    const v2 opx = sub(ox, mul(oa, ax)), opy = sub(oy, mul(oa, ay)), opz = sub(oz, mul(oa, az));
-    const v2 a = dot3(dpx, dpy, dpz, dpx, dpy, dpz);
-    const v2 b = dot3(opx, opy, opz, dpx, dpy, dpz);
-    const v2 cc = sub(dot3(opx, opy, opz, opx, opy, opz), load(columns_[radius_squared], k));
-    const v2 disc = sub(mul(b, b), mul(a, cc));
-    // Parallel to the axis, or a negative discriminant: no root. Most pairs
-    // have none at all.
-    const v2 live = _mm_and_pd(_mm_cmpneq_pd(a, zero), _mm_cmpnlt_pd(disc, zero));
-    if (_mm_movemask_pd(live) == 0) {
-      _mm_storeu_pd(t + i, none());
-      continue;
-    }
-    const v2 s = _mm_sqrt_pd(disc);
-    const v2 minus_b = _mm_xor_pd(b, sign);
-    const v2 t1 = _mm_div_pd(sub(minus_b, s), a), t2 = _mm_div_pd(add(minus_b, s), a);
-    const v2 near = _mm_min_pd(t1, t2);  // t1 < t2 ? t1 : t2
-    const v2 far = _mm_max_pd(t2, t1);   // t1 < t2 ? t2 : t1
-    const v2 length = load(columns_[axis_length], k);
-    // A root counts if above 1e-6 and within the segment, ends included.
-    const auto counts = [&](v2 root) {
-      const v2 h = dot3(add(ox, mul(root, ray2.dx)), add(oy, mul(root, ray2.dy)), add(oz, mul(root, ray2.dz)), ax, ay,
-                        az);
-      return _mm_and_pd(_mm_cmpgt_pd(root, tolerance), _mm_and_pd(_mm_cmpge_pd(h, zero), _mm_cmple_pd(h, length)));
-    };
-    const v2 near_counts = counts(near), far_counts = counts(far);
-    const v2 taken = select(near_counts, near, far);
-    _mm_storeu_pd(t + i, select(_mm_and_pd(live, _mm_or_pd(near_counts, far_counts)), taken, none()));
-    any = true;
-  }
-  return any;
+  return pair_roots(*this, columns_, first, count, r, t);
 }
 
 void cylinder::set::surface(std::uint32_t i, const position& p, hit_record& hit) const {

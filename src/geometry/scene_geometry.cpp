@@ -1,113 +1,13 @@
-// scene_geometry.cpp - the leaf test of the walk, the surface data of a hit
-// and the material of a primitive.
-//
-// No shape's test needs the current distance until its very end: a sphere
-// takes its near root if above 1e-6, else its far one if above 1e-6; a
-// cylinder the first of its two roots that lies above 1e-6 and within the
-// segment; a triangle its plane root if above 1e-6 and inside the triangle;
-// and each then only if that root lies below the distance (a triangle: not
-// beyond it). So the fast tests work out the roots of a leaf's primitives
-// first, each kind's two at a time, and the leaf test then takes them in
-// list order against the shrinking distance, which leaves exactly what one
-// reference test after another leaves, ties included.
+// scene_geometry.cpp - the walk of one ray or of a group of rays, the
+// surface data of a hit and the material of a primitive.
 #include "geometry/scene_geometry.h"
 
 #include <algorithm>
-#include <array>
+
+#include "geometry/group_intersect.h"
+#include "geometry/leaf_tester.h"
 
 namespace sciray {
-
-namespace {
-
-// Whether each kind takes a root equal to the distance so far.
-constexpr std::array<bool, kind_count> takes_equal_roots = [] {
-  std::array<bool, kind_count> equal{};
-  for_each_kind([&](auto k) { equal[k.value] = std::tuple_element_t<k.value, shape_kinds>::set::takes_equal_roots; });
-  return equal;
-}();
-
-// The roots the fast test of one kind left for some of its primitives.
-struct kind_roots {
-  std::uint32_t first = 0;  // the first one's place in its kind's set
-  std::array<double, leaf_size> t;
-};
-
-// Tests the leaves the walk enters for one ray, keeping the nearest hit.
-class leaf_tester {
- public:
-  leaf_tester(const per_kind<set_of>& sets, const primitive_ref* items, const ray& r, hit_record& hit)
-      : sets_(sets), items_(items), ray_(r), hit_(hit) {}
-
-  // True if a primitive of the leaf was taken.
-  bool test(const hierarchy_child& leaf) {
-    bool any = false;
-    for (std::uint32_t done = 0; done < leaf.count; done += leaf_size) {
-      const std::uint32_t count = std::min(leaf_size, leaf.count - done);
-      if (leaf.tag != scene_geometry::mixed_leaf) {
-        any = test_one_kind(leaf.tag, leaf.first + done, count) || any;
-      } else {
-        any = test_mixed(items_ + leaf.first + done, count) || any;
-      }
-    }
-    return any;
-  }
-
- private:
-  // Works out the roots of `count` primitives of `kind` from `first`; false
-  // when there is none.
-  bool work_out(std::uint32_t kind, std::uint32_t first, std::uint32_t count) {
-    kind_roots& roots = roots_[kind];
-    roots.first = first;
-    if (count == 0) return false;
-    return with_kind(kind, sets_, [&](const auto& set) { return set.candidates(first, count, ray_, roots.t.data()); });
-  }
-
-  // Takes root j of `kind` if the distance allows it.
-  bool take(std::uint32_t kind, std::uint32_t j) {
-    const kind_roots& roots = roots_[kind];
-    const double t = roots.t[j];
-    if (takes_equal_roots[kind] ? !(t <= hit_.distance) : !(t < hit_.distance)) return false;
-    hit_.distance = t;
-    hit_.object = primitive_ref(kind, roots.first + j);
-    return true;
-  }
-
-  // Part of a leaf of one kind: consecutive in that kind's set.
-  bool test_one_kind(std::uint32_t kind, std::uint32_t first, std::uint32_t count) {
-    if (!work_out(kind, first, count)) return false;
-    bool any = false;
-    for (std::uint32_t j = 0; j < count; ++j) any = take(kind, j) || any;
-    return any;
-  }
-
-  // Part of a mixed leaf: each kind's primitives are consecutive in its set,
-  // in list order.
-  bool test_mixed(const primitive_ref* items, std::uint32_t count) {
-    std::array<std::uint32_t, kind_count> first{}, number{};
-    for (std::uint32_t i = 0; i < count; ++i) {
-      const std::uint32_t k = items[i].kind();
-      if (number[k]++ == 0) first[k] = items[i].index();
-    }
-    bool some = false;
-    for (std::uint32_t k = 0; k < kind_count; ++k) some = work_out(k, first[k], number[k]) || some;
-    if (!some) return false;
-    std::array<std::uint32_t, kind_count> next{};
-    bool any = false;
-    for (std::uint32_t i = 0; i < count; ++i) {
-      const std::uint32_t k = items[i].kind();
-      any = take(k, next[k]++) || any;
-    }
-    return any;
-  }
-
-  const per_kind<set_of>& sets_;
-  const primitive_ref* items_;
-  const ray& ray_;
-  hit_record& hit_;
-  std::array<kind_roots, kind_count> roots_;
-};
-
-}  // namespace
 
 std::size_t scene_geometry::size() const {
   std::size_t n = 0;
@@ -116,15 +16,49 @@ std::size_t scene_geometry::size() const {
 }
 
 bool scene_geometry::intersect(const ray& r, hit_record& hit, std::uint32_t& test_count) const {
-  leaf_tester tester(sets_, items_.data(), r, hit);
-  return hierarchy_.walk(r, hit.distance, [&](const hierarchy_child& leaf) {
+  if (active_simd_path() == simd_path::plain) return intersect_group(simd_path::plain, &r, 1, &hit, &test_count) != 0;
+  leaf_tester tester(*this, r);
+  tester.object = hit.object;
+  const bool found = hierarchy_.walk(r, hit.distance, [&](const hierarchy_child& leaf) {
     test_count += leaf.count;
-    return tester.test(leaf);
+    return tester.test(leaf, hit.distance);
   });
+  hit.object = tester.object;
+  return found;
+}
+
+unsigned scene_geometry::intersect_group(simd_path path, const ray* rays, unsigned lanes, hit_record* hits,
+                                         std::uint32_t* tests) const {
+  switch (path) {
+    case simd_path::plain: return group_intersect::plain(*this, rays, lanes, hits, tests);
+    case simd_path::sse2: return group_intersect::sse2(*this, rays, lanes, hits, tests);
+    case simd_path::avx2: return group_intersect::avx2(*this, rays, lanes, hits, tests);
+    case simd_path::avx512: return group_intersect::avx512(*this, rays, lanes, hits, tests);
+  }
+  return 0;
+}
+
+int scene_geometry::group_width(simd_path path) {
+  switch (path) {
+    case simd_path::plain: return 1;
+    case simd_path::sse2: return 2;
+    case simd_path::avx2: return 4;
+    case simd_path::avx512: return 8;
+  }
+  return 1;
+}
+
+void scene_geometry::intersect_each(std::size_t count, const ray* rays, hit_record* hits, std::uint32_t* tests) const {
+  const simd_path path = active_simd_path();
+  const auto width = static_cast<std::size_t>(group_width(path));
+  for (std::size_t first = 0; first < count; first += width) {
+    const std::size_t n = std::min(width, count - first);
+    intersect_group(path, rays + first, (1u << n) - 1, hits + first, tests + first);
+  }
 }
 
 void scene_geometry::surface(const ray& r, hit_record& hit) const {
-  const position p = r.origin + hit.distance * r.dir;
+  const position p = r.at(hit.distance);
   with_kind(hit.object.kind(), sets_, [&](const auto& set) { set.surface(hit.object.index(), p, hit); });
 }
 

@@ -12,6 +12,7 @@
 #include "geometry/shape_kinds.h"
 #include "math/bounding_hierarchy.h"
 #include "math/ray.h"
+#include "math/simd_path.h"
 
 namespace sciray {
 
@@ -30,6 +31,17 @@ class scene_geometry {
   // adding one to `test_count` per test; the hit's distance and object end
   // as those of the nearest hit. True if any primitive was hit.
   bool intersect(const ray& r, hit_record& hit, std::uint32_t& test_count) const;
+  // What intersect does for rays[i], hits[i] and tests[i], for each of
+  // `count` rays, walking them in groups on the active vector path.
+  void intersect_each(std::size_t count, const ray* rays, hit_record* hits, std::uint32_t* tests) const;
+  // The same for the rays of the bits of `lanes` (a group of at most
+  // group_width(path)), walked together on `path`; returns the bits of
+  // those that hit.
+  unsigned intersect_group(simd_path path, const ray* rays, unsigned lanes, hit_record* hits,
+                           std::uint32_t* tests) const;
+  // The most rays a group walk on `path` takes at once.
+  static int group_width(simd_path path);
+  static constexpr int group_limit = 8;
   // The normal (and data value) of the hit found by intersect.
   void surface(const ray& r, hit_record& hit) const;
   const material* material_of(primitive_ref p) const;
@@ -42,6 +54,8 @@ class scene_geometry {
   const typename S::set& shapes() const {
     return std::get<kind_of<S>>(sets_);
   }
+  // The sets of all kinds.
+  const per_kind<set_of>& sets() const { return sets_; }
 
  private:
   friend class geometry_builder;

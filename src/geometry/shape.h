@@ -24,6 +24,11 @@
 //                    does the reference test's operations in its order, so
 //                    that taking the roots against the distance in list
 //                    order leaves exactly what the reference leaves
+//   fast_root<L>(set, rays, at)
+//                    in S_lanes.h: that test's arithmetic written once for
+//                    any lane type L, the shape's quantities at(column) in
+//                    each lane; candidates uses it two shapes at a time, the
+//                    walk of a group of rays one shape against all its rays
 //   set.surface(i, p, hit)
 //                    the unit normal (and, for shapes with data values, the
 //                    value) at the hit point p of shape i

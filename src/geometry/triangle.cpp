@@ -5,7 +5,8 @@
 
 #include <limits>
 
-#include "geometry/lanes.h"
+#include "geometry/triangle_lanes.h"
+#include "geometry/pair_roots.h"
 #include "math/matrix4.h"
 
 namespace sciray {
@@ -116,38 +117,7 @@ double triangle::set::corner_value(std::uint32_t i, int k) const {
 }
 
 bool triangle::set::candidates(std::uint32_t first, std::uint32_t count, const ray& r, double* t) const {
-  using namespace lanes;
-  const ray_lanes ray2(r);
-  const v2 tolerance = both(self_hit_tolerance), zero = _mm_setzero_pd(), one = both(1.0);
-  bool any = false;
-  for (std::uint32_t i = 0; i < count; i += 2) {
-    const std::uint32_t k = first + i;
-    const v2 nx = load(columns_[normal_x], k), ny = load(columns_[normal_y], k), nz = load(columns_[normal_z], k);
-    const v2 denom = dot3(ray2.dx, ray2.dy, ray2.dz, nx, ny, nz);
-    const v2 root = _mm_div_pd(sub(load(columns_[offset], k), dot3(ray2.ox, ray2.oy, ray2.oz, nx, ny, nz)), denom);
-    // Parallel to the plane, or the root not above 1e-6: no hit. Most pairs
-    // have none at all.
-    const v2 live = _mm_and_pd(_mm_cmpneq_pd(denom, zero), _mm_cmpgt_pd(root, tolerance));
-    if (_mm_movemask_pd(live) == 0) {
-      _mm_storeu_pd(t + i, none());
-      continue;
-    }
-    const v2 px = add(ray2.ox, mul(root, ray2.dx)), py = add(ray2.oy, mul(root, ray2.dy));
-    const v2 pz = add(ray2.oz, mul(root, ray2.dz));
-    const auto weight = [&](column row) {
-      return add(dot3(load(columns_[row], k), load(columns_[row + 1], k), load(columns_[row + 2], k), px, py, pz),
-                 load(columns_[row + 3], k));
-    };
-    const v2 w1 = weight(weight1_x), w2 = weight(weight2_x);
-    const v2 w0 = sub(sub(one, w1), w2);
-    // Each weight within 0 .. 1, ends included: a weight is refused only
-    // below 0 or above 1.
-    const auto within = [&](v2 w) { return _mm_and_pd(_mm_cmpnlt_pd(w, zero), _mm_cmpngt_pd(w, one)); };
-    const v2 inside = _mm_and_pd(within(w1), _mm_and_pd(within(w2), within(w0)));
-    _mm_storeu_pd(t + i, select(_mm_and_pd(live, inside), root, none()));
-    any = true;
-  }
-  return any;
+  return pair_roots(*this, columns_, first, count, r, t);
 }
 
 void triangle::set::surface(std::uint32_t i, const position& p, hit_record& hit) const {

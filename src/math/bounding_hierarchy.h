@@ -54,6 +54,8 @@ class bounding_hierarchy {
   std::vector<std::uint32_t> take_order() { return std::move(order_); }
   const std::vector<hierarchy_node>& nodes() const { return nodes_; }
   const hierarchy_child& root() const { return root_; }
+  // The root's box in both lanes.
+  const box_pair& root_boxes() const { return root_box_; }
 
   // Lets `retag(leaf)` rewrite the `first` and `tag` of every leaf, for an
   // owner that lays its objects out in its own way once the tree is built.

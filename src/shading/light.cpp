@@ -46,6 +46,11 @@ double jitter(rand_stream& random) { return (2.0 * random.next() / rand_max - 1)
 point_light::point_light(const position& where, const colour& c, const colour& ambient)
     : light(c, ambient), position_(where) {}
 
+std::optional<bounded_ray> point_light::lone_shadow_ray(const position& p) const {
+  if (radius_ > 0.0) return {};
+  return ray_between(p, position_);
+}
+
 // Two draws per ring point of an area light.
 int point_light::draws_at(const position&) const { return radius_ > 0.0 ? 36 : 0; }
 
@@ -110,20 +115,30 @@ light_contribution spot_light::illuminate(const shading_point& p, const ray_stat
   return {lit.diffuse * share, lit.specular * share, lit.ambient * share};
 }
 
+std::optional<bounded_ray> spot_light::lone_shadow_ray(const position& p) const {
+  double share;
+  return in_cone(p, share) ? point_light::lone_shadow_ray(p) : std::nullopt;
+}
+
 int spot_light::draws_at(const position& p) const {
   double share;
   return in_cone(p, share) ? point_light::draws_at(p) : 0;
 }
 
 directional_light::directional_light(const direction& travel, const colour& c, const colour& ambient)
-    : light(c, ambient), direction_(travel) {}
+    : light(c, ambient), direction_(travel), towards_(position(), direction::as_given(-travel)) {}
+
+std::optional<bounded_ray> directional_light::lone_shadow_ray(const position& p) const {
+  bounded_ray shadow{towards_};
+  shadow.r.origin = p;
+  return shadow;
+}
 
 light_contribution directional_light::illuminate(const shading_point& p, const ray_state& at) const {
   // Not attenuated: the light has no distance to the point.
-  const direction l = direction::as_given(-direction_);
-  ray_state shadow = spawned_state(at, transmission_ray, p.point, l, colour{1.0, 1.0, 1.0}, at.medium);
+  ray_state shadow = spawned_state(at, transmission_ray, lone_shadow_ray(p.point)->r, colour{1.0, 1.0, 1.0}, at.medium);
   shadow.target_at_infinity = true;
-  light_contribution t = terms(p, l, colour_ * at.tracer->transmit(shadow));
+  light_contribution t = terms(p, towards_.dir, colour_ * at.tracer->transmit(shadow));
   t.ambient = ambient_;
   return t;
 }

@@ -3,7 +3,9 @@
 // light of a shaded point, testing shadows through the tracer's transmit().
 #pragma once
 
-#include "math/vector.h"
+#include <optional>
+
+#include "math/ray.h"
 
 namespace sciray {
 
@@ -33,6 +35,10 @@ class light {
   // What this light adds at `p`, the hit of the ray `at`; its shadow rays
   // start from there, in the medium of `at`.
   virtual light_contribution illuminate(const shading_point& p, const ray_state& at) const = 0;
+  // The shadow ray that lighting the point `p` casts, when it casts one
+  // ray that can be known before shading starts (it draws nothing at
+  // random): the tracer walks such rays ahead, many together.
+  virtual std::optional<bounded_ray> lone_shadow_ray(const position&) const { return {}; }
   // True when lighting a point may draw on the random stream.
   virtual bool draws_random() const { return false; }
   // The values that lighting the point `p` draws on the random stream.
@@ -49,6 +55,7 @@ class point_light : public light {
 
   void set_attenuation(const vector& factors, double radius) { attenuation_ = factors; radius_ = radius; }
   light_contribution illuminate(const shading_point& p, const ray_state& at) const override;
+  std::optional<bounded_ray> lone_shadow_ray(const position& p) const override;
   bool draws_random() const override { return radius_ > 0.0; }
   int draws_at(const position& p) const override;
 
@@ -71,6 +78,7 @@ class spot_light : public point_light {
   spot_light(const position& where, const colour& c, const colour& ambient, const direction& aim,
              double outer, double inner);
   light_contribution illuminate(const shading_point& p, const ray_state& at) const override;
+  std::optional<bounded_ray> lone_shadow_ray(const position& p) const override;
   int draws_at(const position& p) const override;
 
   const direction& aim() const { return aim_; }
@@ -91,11 +99,13 @@ class directional_light : public light {
   // `travel` is the direction the light travels in.
   directional_light(const direction& travel, const colour& c, const colour& ambient);
   light_contribution illuminate(const shading_point& p, const ray_state& at) const override;
+  std::optional<bounded_ray> lone_shadow_ray(const position& p) const override;
 
   const direction& travel() const { return direction_; }
 
  private:
   direction direction_;
+  ray towards_;  // from the origin towards the light, with the reciprocal that every shadow ray shares
 };
 
 }  // namespace sciray

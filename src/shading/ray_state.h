@@ -21,7 +21,7 @@ struct ray_state {
   render_context* context = nullptr;     // of the thread that traces it
 
   ray r;
-  double max_distance = 1e20;
+  double max_distance = unlimited;
   colour weight{1.0, 1.0, 1.0};
   const material* medium = nullptr;  // the medium the ray travels in, or none
 
@@ -32,7 +32,7 @@ struct ray_state {
   position target;
   bool target_at_infinity = false;
 
-  position hit_point() const { return r.origin + hit.distance * r.dir; }
+  position hit_point() const { return r.at(hit.distance); }
 };
 
 // A primary ray as the sampler starts it: weight (1, 1, 1), no medium.
@@ -44,20 +44,26 @@ inline ray_state primary_state(const tracer& t, render_context& context, const r
   return s;
 }
 
-// A ray spawned at the hit of `parent`: same tracer and context, no limit.
-inline ray_state spawned_state(const ray_state& parent, int kind, const position& origin, const direction& dir,
-                               const colour& weight, const material* medium) {
+// The ray `r` spawned at the hit of `parent`: same tracer and context, no limit.
+inline ray_state spawned_state(const ray_state& parent, int kind, const ray& r, const colour& weight,
+                               const material* medium) {
   ray_state s;
   s.kind = kind;
   s.tracer = parent.tracer;
   s.context = parent.context;
-  s.r = ray(origin, dir);
+  s.r = r;
   s.weight = weight;
   s.medium = medium;
   return s;
 }
 
+inline ray_state spawned_state(const ray_state& parent, int kind, const position& origin, const direction& dir,
+                               const colour& weight, const material* medium) {
+  return spawned_state(parent, kind, ray(origin, dir), weight, medium);
+}
+
 // A transmission ray from `origin` heading for `target`; it ends there.
+// (point_light::lone_shadow_ray makes the same ray with ray_between.)
 inline ray_state transmission_state(const ray_state& parent, const position& origin, const position& target,
                                     const colour& weight, const material* medium) {
   const vector to_target = target - origin;

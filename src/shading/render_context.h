@@ -11,6 +11,7 @@
 #include "environment/noise.h"
 #include "math/rand_stream.h"
 #include "math/vector.h"
+#include "shading/walks_ahead.h"
 #include "shading/shadow_walks.h"
 
 namespace sciray {
@@ -28,6 +29,7 @@ struct render_context {
 
   std::array<position, 19> light_samples{};  // area-light sample positions of the current point
 
+  pixel_walks ahead;  // the walks made ahead for the sample being traced
   shadow_walks walks;  // what shadow rays share where a contour blend mixes
 };
 

@@ -25,10 +25,12 @@ tracer tracer::unlit() const {
 }
 
 bool tracer::find_hit(ray_state& state) const {
-  ++state.context->ray_count;
+  render_context& context = *state.context;
+  ++context.ray_count;
   state.hit.distance = state.max_distance;
   state.hit.object = primitive_ref();
-  return world_.geometry().intersect(state.r, state.hit, state.context->test_count);
+  if (context.ahead.take(state.r, state.max_distance, state.hit, context.test_count)) return state.hit.object.valid();
+  return world_.geometry().intersect(state.r, state.hit, context.test_count);
 }
 
 const material* tracer::surface_of_hit(ray_state& state) const {
@@ -101,6 +103,23 @@ colour tracer::follow_shadow(ray_state& state, weight_range* same_for) const {
   c *= sharing ? shared_filter(state, m, number, same_for) : m ? m->transmittance(state) : colour{};
   if (state.medium) state.medium->apply_medium(state.hit.distance, c);
   return c;
+}
+
+void tracer::walk_ahead(std::span<const ray> primary, walks_ahead& out) const {
+  const std::size_t lights = shadows_ && lighting_ ? world_.lights().size() : 0;
+  out.reset(primary.size(), 1 + lights);
+  if (depth_max_ <= 0) return;  // such a trace casts no ray
+  for (std::size_t i = 0; i < primary.size(); ++i) out.add(0, i, {primary[i], ray_state{}.max_distance});
+  out.walk(world_.geometry(), 0);
+  for (std::size_t l = 0; l < lights; ++l) {
+    for (std::size_t i = 0; i < primary.size(); ++i) {
+      const hit_record& seen = *out.hit(0, i);
+      if (!seen.object.valid()) continue;
+      // The shading point is the hit point, as surface_at takes it.
+      if (const auto shadow = world_.lights()[l]->lone_shadow_ray(primary[i].at(seen.distance))) out.add(1 + l, i, *shadow);
+    }
+    out.walk(world_.geometry(), 1 + l);
+  }
 }
 
 bool tracer::shared_hit(ray_state& state, const material*& m, std::size_t& number) const {

@@ -7,9 +7,12 @@
 // render_context.
 #pragma once
 
+#include <span>
+
 #include "scene_file/scene_settings.h"
 #include "shading/light.h"
 #include "shading/ray_state.h"
+#include "shading/walks_ahead.h"
 #include "shading/world.h"
 
 namespace sciray {
@@ -43,6 +46,13 @@ class tracer {
   colour transmit_through(ray_state& state, const colour& filter, const material* medium) const;
   // The light of every light at `p`, the hit of `at`, with the world's ambient.
   light_contribution gather_light(const ray_state& at, const shading_point& p) const;
+
+  // Walks ahead, into `out`, the rays that tracing the primary rays
+  // `primary` (one per pixel, in order) will cast first: the primary rays
+  // themselves, and from their hits the shadow ray to each light that casts
+  // a lone one. A trace of pixel i takes those walks when its context's
+  // `ahead` is {&out, i}.
+  void walk_ahead(std::span<const ray> primary, walks_ahead& out) const;
 
   // A ray whose weight is below this in every channel is not traced.
   static constexpr colour cutoff{0.01, 0.01, 0.01};
