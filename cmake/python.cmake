@@ -3,14 +3,8 @@
 # sciray_core as the programs, and sciray and sciray-png in the
 # environment's scripts directory (the package's Python files come from
 # python/sciray).
-find_package(Python 3.10 REQUIRED COMPONENTS Interpreter Development.Module)
-execute_process(COMMAND "${Python_EXECUTABLE}" -m nanobind --cmake_dir
-                OUTPUT_STRIP_TRAILING_WHITESPACE OUTPUT_VARIABLE nanobind_ROOT)
-find_package(nanobind CONFIG REQUIRED)
-
-file(GLOB SCIRAY_EXTENSION_SOURCES CONFIGURE_DEPENDS python/extension/*.cpp)
-nanobind_add_module(_sciray NOMINSIZE ${SCIRAY_EXTENSION_SOURCES})
-target_link_libraries(_sciray PRIVATE sciray_core)
+set(SCIRAY_EXTENSION_CORE sciray_core)
+include(cmake/extension.cmake)
 
 install(TARGETS _sciray LIBRARY DESTINATION sciray)
 install(TARGETS sciray sciray-png RUNTIME DESTINATION ${SKBUILD_SCRIPTS_DIR})

@@ -20,4 +20,7 @@ export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}
 # build/wheel keeps the extension's build between runs.
 "$venv/bin/python" -m pip install -q -C build-dir=build/wheel ".[mesh,molecules]" pyvista pytest nbclient nbformat ipykernel \
   MDAnalysisTests
+# The importer's tests keep their files in this build tree, apart from
+# other checkouts' test runs on the same machine.
+export SCIRAY_TEST_OUTPUT_DIR=${SCIRAY_TEST_OUTPUT_DIR:-$PWD/build/test_output/python}
 "$venv/bin/python" -m pytest -p no:cacheprovider "$@" tests/python

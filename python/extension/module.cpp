@@ -4,6 +4,7 @@
 #include <nanobind/nanobind.h>
 
 #include "render_call.h"
+#include "scene_file/scene_settings.h"
 #include "scene_records.h"
 #include "scene_source.h"
 
@@ -30,4 +31,7 @@ NB_MODULE(_sciray, m) {
   bind_scene_records(m);
   bind_scene_source(m);
   bind_picture_files(m);
+  // The picture sizes the renderer takes, for the checks of callers that write scenes.
+  m.attr("LEAST_PICTURE_SIDE") = sciray::least_picture_side;
+  m.attr("GREATEST_PICTURE_SIDE") = sciray::greatest_picture_side;
 }

@@ -13,10 +13,13 @@ program writes, as an array that shows itself in Jupyter.
 >>> picture.save("balls.png")                                 # doctest: +SKIP
 """
 from ._errors import SceneError
+from .colour_key import ColourKey
+from .figures import figure
 from .meshes import from_mesh
 from .molecules import from_molecule, molecule_frames
 from .picture import Picture
 from .rendering import render
 from .scene import Scene
 
-__all__ = ["Picture", "Scene", "SceneError", "from_mesh", "from_molecule", "molecule_frames", "render"]
+__all__ = ["ColourKey", "Picture", "Scene", "SceneError", "figure", "from_mesh", "from_molecule",
+           "molecule_frames", "render"]

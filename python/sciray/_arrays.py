@@ -47,7 +47,7 @@ def polylines(name: str, array) -> np.ndarray:
     if checked.shape[1] < 2:
         raise ValueError("%s must give at least 2 points per line, not %d" % (name, checked.shape[1]))
     result = np.array(checked, dtype=np.float64, order="C")
-    _finite(name, result.reshape(len(result), -1), "coordinates")
+    _finite(name, result.reshape(len(result), result.shape[1] * 3), "coordinates")
     return result
 
 

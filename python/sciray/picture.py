@@ -6,6 +6,7 @@ import os
 import numpy as np
 
 from . import _sciray
+from .colour_key import ColourKey
 
 
 class Picture:
@@ -20,6 +21,9 @@ class Picture:
             exactly as the program prints them.
         mark: whether the corner mark is stamped into the pixels (False for
             ``render(..., mark=False)``, the program's ``-nomark``).
+        colour_key: what the colours mean (a ColourKey), taken from the
+            Scene it was rendered from; None for a scene file, or a scene
+            not coloured by a field.
 
     >>> picture = sciray.render("examples/demo.ren")          # doctest: +SKIP
     >>> picture.pixels.shape                                  # doctest: +SKIP
@@ -27,7 +31,8 @@ class Picture:
     >>> picture.save("demo.png")                              # doctest: +SKIP
     """
 
-    def __init__(self, pixels: np.ndarray, objects: int = 0, progress: str = "", mark: bool = True) -> None:
+    def __init__(self, pixels: np.ndarray, objects: int = 0, progress: str = "", mark: bool = True,
+                 colour_key: ColourKey | None = None) -> None:
         pixels = np.asarray(pixels)
         if pixels.dtype != np.uint8 or pixels.ndim != 3 or pixels.shape[2] != 3:
             raise ValueError("pixels must be a (height, width, 3) uint8 array, not %s %s"
@@ -36,6 +41,7 @@ class Picture:
         self.objects = int(objects)
         self.progress = str(progress)
         self.mark = bool(mark)
+        self.colour_key = colour_key
 
     @property
     def width(self) -> int:

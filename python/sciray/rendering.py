@@ -31,8 +31,8 @@ def render(scene: str | os.PathLike | Scene, *, threads: int | None = None,
             pixels show where it would be); the other pixels are the same.
 
     Returns:
-        the Picture. Rendering releases the GIL; Ctrl-C stops it within
-        about a row and raises KeyboardInterrupt.
+        the Picture, with the Scene's colour key. Rendering releases the
+        GIL; Ctrl-C stops it within about a row and raises KeyboardInterrupt.
 
     Raises:
         SceneError: for every fatal condition of the scene, with the
@@ -52,8 +52,7 @@ def render(scene: str | os.PathLike | Scene, *, threads: int | None = None,
     if not 1 <= index <= bands:
         raise ValueError("band must be (i, n) with 1 <= i <= n, not %r" % (band,))
     if isinstance(scene, Scene):
-        result = _sciray.render_pieces(scene._pieces(), count, index, bands, bool(mark))
-    else:
-        result = _sciray.render_file(os.fsdecode(os.fspath(scene)), count, index, bands, bool(mark))
-    pixels, objects, progress = result
+        pixels, objects, progress = _sciray.render_pieces(scene._pieces(), count, index, bands, bool(mark))
+        return Picture(pixels, objects, progress, mark=mark, colour_key=scene.colour_key)
+    pixels, objects, progress = _sciray.render_file(os.fsdecode(os.fspath(scene)), count, index, bands, bool(mark))
     return Picture(pixels, objects, progress, mark=mark)

@@ -12,11 +12,12 @@ records only when the text is read, rendered or saved.
 from __future__ import annotations
 
 import os
-import tempfile
 
 import numpy as np
 
 from . import _arrays, _sciray
+from ._files import written_whole
+from .colour_key import ColourKey
 
 _INT, _REAL, _TRIPLE, _PAIR, _TRUTH = "integer", "number", "3 numbers", "2 numbers", "True or False"
 
@@ -100,6 +101,8 @@ class Scene:
     """
 
     def __init__(self) -> None:
+        #: What the colours of the scene mean (a ColourKey), when it is coloured by a field.
+        self.colour_key: ColourKey | None = None
         self._parts: list = []           # bytes and geometry records, in order
         self._materials: list[str] = []  # colour-map entries
         self._written = 0                # materials in the colour map written last
@@ -142,25 +145,19 @@ class Scene:
     def save(self, path: str | os.PathLike) -> None:
         """Writes the scene file, whole or not at all: it is written beside
         `path` and moved there when complete."""
-        path = os.fspath(path)
-        handle, partial = tempfile.mkstemp(prefix=".sciray-", suffix=".ren", dir=os.path.dirname(os.path.abspath(path)))
-        try:
-            with os.fdopen(handle, "wb") as out:
-                source = _sciray.SceneText(self._pieces())
-                while chunk := source.read(1 << 20):
-                    out.write(chunk)
-            mask = os.umask(0)
-            os.umask(mask)
-            os.chmod(partial, 0o666 & ~mask)
-            os.replace(partial, path)
-        finally:
-            if os.path.exists(partial):
-                os.unlink(partial)
+        with written_whole(path, ".ren") as out:
+            source = _sciray.SceneText(self._pieces())
+            while chunk := source.read(1 << 20):
+                out.write(chunk)
 
     def _add(self, text: str) -> None:
         self._parts.append(text.encode())
 
     # Settings
+
+    def comment(self, text: str) -> None:
+        """Comment lines: "# " and each line of `text`."""
+        self._add("".join("# %s\n" % line for line in str(text).splitlines() or [""]))
 
     def render(self, **keywords) -> None:
         """A render block: picture size, sky, atmosphere, anti-aliasing, radii...

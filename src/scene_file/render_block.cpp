@@ -10,12 +10,10 @@ namespace sciray {
 
 namespace {
 
-// A picture side: at least 4 pixels, and no more than the picture file's
-// 16-bit size fields can hold.
 int picture_side(block_input& in, const char* keyword) {
   const int pixels = in.read_int(keyword);
-  if (pixels > 65535) in.fail(std::string("Invalid ") + keyword + " " + std::to_string(pixels));
-  return std::max(pixels, 4);
+  if (pixels > greatest_picture_side) in.fail(std::string("Invalid ") + keyword + " " + std::to_string(pixels));
+  return std::max(pixels, least_picture_side);
 }
 
 int at_least_1(int v) { return std::max(v, 1); }

@@ -6,6 +6,11 @@
 
 namespace sciray {
 
+// A picture's sides: a smaller one is raised to the least; a larger one is
+// refused, as the picture file's 16-bit size fields cannot hold it.
+constexpr int least_picture_side = 4;
+constexpr int greatest_picture_side = 65535;
+
 struct render_settings {
   int width = 640;
   int height = 480;

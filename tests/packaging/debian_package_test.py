@@ -10,6 +10,7 @@ import os
 import re
 import shutil
 import subprocess
+import sysconfig
 import tempfile
 import unittest
 
@@ -38,6 +39,11 @@ def expected_files():
     files |= {f'{doc}/{name}' for name in ('README.md', 'scene-format.md', 'gallery.md', 'python.md')}
     for directory in ('docs/scene-format', 'docs/gallery', 'examples'):
         files |= {f'{doc}/{os.path.basename(directory)}/{f}' for f in os.listdir(os.path.join(SOURCE, directory))}
+    # The Python package for sciray-import, with its module built for this Python.
+    package = os.path.join(SOURCE, 'python')
+    files |= {f'lib/python3/dist-packages/{os.path.relpath(os.path.join(d, f), package)}'
+              for d, _, fs in os.walk(os.path.join(package, 'sciray')) for f in fs if f.endswith('.py')}
+    files.add('lib/python3/dist-packages/sciray/_sciray' + sysconfig.get_config_var('EXT_SUFFIX'))
     return files
 
 
@@ -134,11 +140,13 @@ class debian_package(unittest.TestCase):
         r = run([os.path.join(bin_dir, 'sciray-farm'), '--bands', '3', '--out', out, scene], env=env)
         self.assertEqual(r.returncode, 0, r.stderr)
         self.assertEqual(pixels(os.path.join(out, 'preview.png')), pixels(os.path.join(out, 'whole.png')))
-        # sciray-import makes a scene the installed sciray renders.
+        # sciray-import makes a scene the installed sciray renders, and a figure.
         mesh = os.path.join(self.usr, 'share/doc/sciray/examples/torus.vtk')
         imported = os.path.join(out, 'torus.ren')
-        r = run([os.path.join(bin_dir, 'sciray-import'), mesh, imported, '--size', '32x24'])
+        r = run([os.path.join(bin_dir, 'sciray-import'), mesh, imported, '--size', '32x24', '--figure', 'png'])
         self.assertEqual(r.returncode, 0, r.stderr)
+        with Image.open(os.path.join(out, 'torus.png')) as figure:
+            self.assertGreater(figure.size[0], 32)
         r = run([os.path.join(bin_dir, 'sciray'), imported, os.path.join(out, 'torus.rgb')])
         self.assertEqual(r.returncode, 0, r.stderr)
         self.assertRegex(r.stdout, r'^Number of objects : [1-9]')

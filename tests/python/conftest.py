@@ -5,12 +5,24 @@ import os
 import subprocess
 import sysconfig
 
+import numpy as np
 import pytest
 
 SOURCE = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 SCRIPTS = sysconfig.get_path("scripts")
 EXAMPLES = sorted(os.path.join(SOURCE, "examples", n) for n in os.listdir(os.path.join(SOURCE, "examples"))
                   if n.endswith(".ren"))
+
+
+def picture_at(haystack, needle):
+    """(row, column) where the needle picture lies, pixel for pixel, in the
+    haystack picture (both (height, width, 3) arrays), or None."""
+    rows, columns = needle.shape[:2]
+    for y in range(haystack.shape[0] - rows + 1):
+        for x in np.flatnonzero((haystack[y] == needle[0, 0]).all(axis=1)):
+            if x + columns <= haystack.shape[1] and np.array_equal(haystack[y:y + rows, x:x + columns], needle):
+                return y, int(x)
+    return None
 
 
 def run_sciray(*args, **settings):

@@ -38,10 +38,13 @@ def body(text):
 def test_the_command_and_the_call_write_the_same_scene(tmp_path):
     command = os.path.join(sysconfig.get_path("scripts"), "sciray-import")
     written = tmp_path / "torus.ren"
-    result = subprocess.run([command, TORUS, written, "--contour-lines", "5", "--view", "-x", "--size", "80x60"],
+    result = subprocess.run([command, TORUS, written, "--contour-lines", "5", "--view", "-x", "--size", "80x60",
+                             "--azimuth", "-20", "--elevation", "15", "--roll", "5", "--zoom", "1.5", "--projection",
+                             "orthographic", "--colormap", "cividis_r", "--log", "--units", "K", "--feature-angle", "45"],
                             capture_output=True, text=True)
     assert result.returncode == 0, result.stderr
-    options = dict(contour_lines=5, view="-x", size=(80, 60))
+    options = dict(contour_lines=5, view="-x", size=(80, 60), azimuth=-20, elevation=15, roll=5, zoom=1.5,
+                   projection="orthographic", colormap="cividis_r", log=True, units="K", feature_angle=45)
     assert sciray.from_mesh(TORUS, **options).text() == written.read_text()
     in_memory = sciray.from_mesh(meshio.read(TORUS), **options).text()
     assert body(in_memory) == body(written.read_text())
@@ -50,7 +53,9 @@ def test_the_command_and_the_call_write_the_same_scene(tmp_path):
 
 @pytest.mark.parametrize("options, word", [({"bands": 1}, "bands"), ({"range": (2, 1)}, "range"),
                                            ({"size": (3, 3)}, "size"), ({"shiny": True}, "shiny"),
-                                           ({"scalar": "nothing"}, "nothing")])
+                                           ({"scalar": "nothing"}, "nothing"), ({"zoom": 0}, "zoom"),
+                                           ({"colormap": "nope"}, "colour map"), ({"projection": "fisheye"}, "projection"),
+                                           ({"log": True, "range": (0, 1)}, "positive")])
 def test_options_are_checked(options, word):
     with pytest.raises(ValueError, match=word):
         sciray.from_mesh(TORUS, **options)

@@ -1,6 +1,5 @@
-"""mesh_import - turns a mesh with data on it into a sciray scene: reading
-the mesh, surfaces and normals, contour lines, colour maps, camera framing
-and the scene text. sciray-import is its command line and sciray.from_mesh
-its library call; it needs numpy and meshio but not the rest of sciray, so
-that it also runs as a single file with the system's Python (the Debian
-package's sciray-import)."""
+"""mesh_import - turns a mesh with data on it into a sciray Scene: reading
+the mesh, the field and its colours, surfaces and their normals, contour
+lines, the camera, and the scene with its colour key. sciray.from_mesh is
+its library call and sciray-import its command line, which also renders
+figures and writes series of scenes."""

@@ -18,8 +18,10 @@ def segments_at(level, triangles, points, values):
     for a, b in _EDGES:
         start, end = crossed[:, a], crossed[:, b]
         cuts = (values[start] > level) != (values[end] > level)
-        span = np.where(cuts, values[end] - values[start], 1.0)
-        share = np.where(cuts, (level - values[start]) / span, 0.0)
+        # Halved, the differences of values near the greatest double do not
+        # overflow; halving is exact, so their ratio is what it would be.
+        span = np.where(cuts, values[end] / 2 - values[start] / 2, 1.0)
+        share = np.where(cuts, (level / 2 - values[start] / 2) / span, 0.0)
         ends.append((cuts, points[start] + share[:, None] * (points[end] - points[start])))
     cuts = np.stack([c for c, _ in ends], axis=1)
     where = np.stack([p for _, p in ends], axis=1)

@@ -61,8 +61,27 @@ def read_mesh(path):
         reason = _reason(failure, chatter.getvalue())
     mesh = _legacy_vtk(path) if path.lower().endswith(".vtk") else None
     if mesh is None or not len(mesh.cells):
+        if _says_empty(path):
+            raise conversion_error("%s is empty: it has no points" % path)
         raise conversion_error("cannot read %s: %s" % (path, reason))
     return mesh
+
+
+# How the headers of PLY and legacy VTK files say they have no points, and
+# how XML VTK files give the points of each piece.
+_NO_POINTS = (rb"\belement vertex 0\s", rb"\nPOINTS 0 ")
+_PIECE_POINTS = rb"NumberOfPoints\s*=\s*[\"'](\d+)[\"']"
+
+
+def _says_empty(path):
+    """Whether the file's header says it has no points (a PLY, legacy VTK or
+    XML VTK file with none, which meshio fails to read)."""
+    with open(path, "rb") as f:
+        head = f.read(1 << 16)
+    counts = re.findall(_PIECE_POINTS, head)
+    if counts:
+        return all(int(c) == 0 for c in counts)
+    return any(re.search(pattern, head) for pattern in _NO_POINTS)
 
 
 def _legacy_vtk(path):

@@ -1,5 +1,5 @@
 """surface.py - the faces of a mesh as triangles, turned so that neighbours
-agree and closed parts face outwards, and smooth normals at the points."""
+agree and closed parts face outwards."""
 import numpy as np
 
 
@@ -72,7 +72,7 @@ def _flatten(parent, turned):
         parent = grand
 
 
-def _parts(count, first, second, disagree):
+def connected_parts(count, first, second, disagree):
     """Connected parts of faces joined by the pairs (first, second), and for
     each face whether it must turn, relative to the root of its part, for
     every pair to agree (where the mesh allows). Roots join roots of lower
@@ -91,20 +91,39 @@ def _parts(count, first, second, disagree):
         turned[higher[chosen]] = relation[chosen]
 
 
-def orient(triangles, points):
-    """The triangles turned so that two that share an edge run along it in
-    opposite directions. A closed part then faces outwards; an open part
-    faces the way most of its area faced in the file."""
-    count = len(triangles)
-    ends = triangles[:, [0, 1, 1, 2, 2, 0]].reshape(-1, 2)  # edge j of triangle t is row 3t + j
+def without_area(triangles, places, points):
+    """Which triangles have no area: two corners at one place (`places`
+    numbers the corners' places), or all three in a line. Such a triangle
+    is never seen, and has no normal to give its neighbours."""
+    corner = points[triangles]
+    flat = ~np.cross(corner[:, 1] - corner[:, 0], corner[:, 2] - corner[:, 0]).any(axis=1)
+    return flat | (places[:, 0] == places[:, 1]) | (places[:, 1] == places[:, 2]) | (places[:, 2] == places[:, 0])
+
+
+def edges(triangles):
+    """The edges of the triangles: (ends, pairs, single). Edge j of triangle
+    t is row 3t + j of `ends`, running from its corner j to corner j + 1;
+    `pairs` are the (first, second) rows of edges two triangles share and
+    `single` the rows of edges that belong to one triangle alone."""
+    ends = triangles[:, [0, 1, 1, 2, 2, 0]].reshape(-1, 2)
     keys = ends.min(axis=1) * (int(triangles.max(initial=0)) + 1) + ends.max(axis=1)
     order = np.argsort(keys, kind="stable")
     sorted_keys = keys[order]
     starts = np.flatnonzero(np.r_[True, sorted_keys[1:] != sorted_keys[:-1]])
     sharing = np.diff(np.r_[starts, len(keys)])
-    edge1, edge2 = order[starts[sharing == 2]], order[starts[sharing == 2] + 1]
+    pairs = np.stack([order[starts[sharing == 2]], order[starts[sharing == 2] + 1]], axis=1)
+    return ends, pairs, order[starts[sharing == 1]]
+
+
+def turns(triangles, points):
+    """Which triangles to turn so that two that share an edge run along it
+    in opposite directions. A closed part then faces outwards; an open part
+    faces the way most of its area faced in the file."""
+    count = len(triangles)
+    ends, pairs, single = edges(triangles)
+    edge1, edge2 = pairs.T
     forward = ends[:, 0] < ends[:, 1]
-    root, turned = _parts(count, edge1 // 3, edge2 // 3, forward[edge1] == forward[edge2])
+    root, turned = connected_parts(count, edge1 // 3, edge2 // 3, forward[edge1] == forward[edge2])
 
     corner = points[triangles] - points.mean(axis=0)
     area = np.cross(corner[:, 1] - corner[:, 0], corner[:, 2] - corner[:, 0])
@@ -112,22 +131,6 @@ def orient(triangles, points):
     volume = np.bincount(root, weights=sign * np.einsum("ij,ij->i", corner[:, 0], area), minlength=count)
     kept = np.bincount(root, weights=sign * np.linalg.norm(area, axis=1), minlength=count)
     is_open = np.zeros(count, dtype=bool)
-    is_open[root[order[starts[sharing == 1]] // 3]] = True
+    is_open[root[single // 3]] = True
     turn_part = np.where(is_open, kept < 0, volume < 0)
-    turn = turned ^ turn_part[root]
-    result = triangles.copy()
-    result[turn] = result[turn][:, ::-1]
-    return result
-
-
-def point_normals(triangles, points):
-    """Unit normals at the points: the sum of the normals of the triangles
-    around each point, each weighted by its area."""
-    corner = points[triangles]
-    area = np.cross(corner[:, 1] - corner[:, 0], corner[:, 2] - corner[:, 0])
-    normals = np.stack([np.bincount(triangles.ravel(), weights=np.repeat(area[:, c], 3), minlength=len(points))
-                        for c in range(3)], axis=1)
-    length = np.linalg.norm(normals, axis=1)
-    normals[length == 0] = (0.0, 0.0, 1.0)  # points on no triangle of any area
-    length[length == 0] = 1.0
-    return normals / length[:, None]
+    return turned ^ turn_part[root]

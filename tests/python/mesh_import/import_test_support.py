@@ -61,7 +61,7 @@ def flat_lit(scene_text):
     highlight or reflection either, every surface shows exactly the colour
     of its colour-map entry (times 255, truncated)."""
     text = scene_text.replace("on true", "on false")
-    return re.sub(r"^  ambient .*$", "  ambient 1 1 1", text, count=1, flags=re.M)
+    return re.sub(r"(lighting_001 0 \{\s*ambient) [^\n]*", r"\1 1 1 1", text, count=1)
 
 
 def colour_entries(scene_text):
@@ -110,3 +110,53 @@ def sphere(rings, around):
                                 np.stack([np.full(around, bottom), step[-1], index[-1]], axis=1)])
     quads = np.stack([index[:-1], index[1:], step[1:], step[:-1]], axis=-1).reshape(-1, 4)
     return points, triangles, quads
+
+
+def latitude_longitude_sphere(rings=16, around=32):
+    """A unit sphere as a grid of quadrilaterals over latitude and longitude,
+    as many programs write one: the first and last rows of points all lie at
+    a pole (so the quadrilaterals there have no area on one side) and the
+    last column repeats the first (the seam)."""
+    polar, turn = np.meshgrid(np.linspace(0, np.pi, rings + 1), np.linspace(0, 2 * np.pi, around + 1), indexing="ij")
+    points = np.stack([np.sin(polar) * np.cos(turn), np.sin(polar) * np.sin(turn), np.cos(polar)], axis=-1)
+    index = np.arange(points.shape[0] * points.shape[1]).reshape(points.shape[:2])
+    quads = np.stack([index[:-1, :-1], index[1:, :-1], index[1:, 1:], index[:-1, 1:]], axis=-1).reshape(-1, 4)
+    return points.reshape(-1, 3), quads
+
+
+def _numbers_after(scene_text, keyword, count):
+    """The numbers after the last `keyword` of the scene."""
+    return np.array([float(v) for v in re.findall(r"\b%s((?:\s+\S+){%d})" % (keyword, count), scene_text)[-1].split()])
+
+
+def pixel_rays(scene_text):
+    """(origins, directions) of the rays through the pixel centres, (height,
+    width, 3) each, top row first, made as the renderer makes them from the
+    scene's last viewing and render blocks (without a roll angle)."""
+    width, height = (int(_numbers_after(scene_text, k, 1)[0]) for k in ("width", "height"))
+    eye, lookat = _numbers_after(scene_text, "viewpoint", 3), _numbers_after(scene_text, "lookat", 3)
+    up = _numbers_after(scene_text, "up_vector_1", 3)
+    extent_x, extent_y = _numbers_after(scene_text, "extents", 2)
+    if extent_y / extent_x > height / width:
+        extent_x = extent_y / (height / width)
+    else:
+        extent_y = height / width * extent_x
+    view = (lookat - eye) / np.linalg.norm(lookat - eye)
+    right = np.cross(view, up) / np.linalg.norm(np.cross(view, up))
+    true_up = np.cross(right, view)
+    sx = (np.arange(width) + 0.5) * extent_x / width - extent_x / 2
+    sy = ((np.arange(height) + 0.5) * extent_y / height - extent_y / 2)[::-1]
+    screen = sx[None, :, None] * right + sy[:, None, None] * true_up
+    if "projection orthographic" in scene_text:
+        return eye + screen, np.broadcast_to(view, screen.shape)
+    through = np.linalg.norm(lookat - eye) * view + screen
+    return np.broadcast_to(eye, screen.shape), through / np.linalg.norm(through, axis=2)[:, :, None]
+
+
+def eroded(mask):
+    """The mask without its pixels next to one outside it: pixels whose
+    every sample (anti-aliasing samples reach half a pixel out) lies inside."""
+    padded = np.pad(mask, 1)
+    rows, columns = mask.shape
+    return np.logical_and.reduce([padded[1 + dy:1 + dy + rows, 1 + dx:1 + dx + columns]
+                                  for dy in (-1, 0, 1) for dx in (-1, 0, 1)])

@@ -1,8 +1,8 @@
 """test_import_errors.py - every way an import can fail: the mesh
-cannot be read, the field does not exist or holds NaN, nothing can be drawn,
-an option is wrong, the scene cannot be written. Each must give one line on
-standard error that says what is wrong, status 1, and no scene (an older one
-stays as it was)."""
+cannot be read or is empty, the field does not exist or has no value at all,
+nothing can be drawn, an option is wrong, the scene cannot be written. Each
+must give one line on standard error that says what is wrong, status 1, and
+no scene (an older one stays as it was)."""
 import importlib.util
 import os
 import unittest
@@ -78,17 +78,32 @@ class errors_test(unittest.TestCase):
         bare = self.write("bare.vtu", meshio.Mesh(self.plate.points, self.plate.cells))
         self.assert_fails([bare, self.scene, "--scalar", "T"], "'T'", "no fields")
         self.assert_fails([bare, self.scene, "--contour-lines", "3"], "--contour-lines", "no")
+        # A field with no value at all, or none above 0 for a log scale.
         for where in ("point", "cell"):
             with self.subTest(where):
-                values = self.plate.points[:, 0].copy() if where == "point" else np.arange(8, dtype=float)
-                values[3] = np.nan
-                data = {"point_data": {"T": values}} if where == "point" else {"cell_data": {"T": [values]}}
-                holed = self.write(where + "_nan.vtu", meshio.Mesh(self.plate.points, self.plate.cells, **data))
-                self.assert_fails([holed, self.scene], "'T'", "NaN")
+                count = len(self.plate.points) if where == "point" else len(self.plate.cells[0].data)
+                data = ({"point_data": {"T": np.full(count, np.nan)}} if where == "point"
+                        else {"cell_data": {"T": [np.full(count, np.inf)]}})
+                empty = self.write(where + "_nan.vtu", meshio.Mesh(self.plate.points, self.plate.cells, **data))
+                self.assert_fails([empty, self.scene], "'T'", "no finite value")
+        self.assert_fails([self.good, self.scene, "--scalar", "p", "--log", "--range", "0", "1"], "--range", "positive")
+        negative = self.write("negative.vtu", meshio.Mesh(self.plate.points, self.plate.cells,
+                                                          point_data={"T": -1 - self.plate.points[:, 0]}))
+        self.assert_fails([negative, self.scene, "--log"], "'T'", "no positive value")
+        # A range wider than the bands' arithmetic can hold.
+        huge = self.write("huge.vtu", meshio.Mesh(self.plate.points, self.plate.cells,
+                                                  point_data={"T": 1.7e308 * np.cos(self.plate.points[:, 0] * 3)}))
+        self.assert_fails([huge, self.scene, "--contour-lines", "3"], "too wide", "--range")
 
     def test_meshes_with_nothing_to_draw(self):
-        no_facets = self.text_file("empty.stl", "solid empty\nendsolid empty\n")
-        self.assert_fails([no_facets, self.scene], "empty.stl", "no cells that can be drawn")
+        # Empty files of several formats, some of which meshio cannot read.
+        empty_ply = ("ply\nformat ascii 1.0\nelement vertex 0\nproperty float x\nproperty float y\nproperty float z\n"
+                     "element face 0\nproperty list uchar int vertex_indices\nend_header\n")
+        meshio.write(self.path("empty.vtu"), meshio.Mesh(np.zeros((0, 3)), []))
+        for name in (self.text_file("empty.stl", "solid empty\nendsolid empty\n"), self.text_file("empty.ply", empty_ply),
+                     self.path("empty.vtu")):
+            with self.subTest(name):
+                self.assert_fails([name, self.scene], os.path.basename(name), "is empty: it has no points")
         two_corners = self.write("segment.vtu", meshio.Mesh(self.plate.points, [("polygon", np.array([[0, 1]]))]))
         self.assert_fails([two_corners, self.scene], "segment.vtu", "no cells that can be drawn", "1 of type polygon")
 
@@ -96,13 +111,17 @@ class errors_test(unittest.TestCase):
         cases = [(["--bands", "1"], "--bands"), (["--bands", "many"], "--bands"),
                  (["--range", "2", "1"], "--range"), (["--range", "0", "nan"], "--range"),
                  (["--size", "3x3"], "--size"), (["--size", "wide"], "--size"),
-                 (["--view", "sideways"], "--view"), (["--colormap", "rainbow"], "--colormap"),
-                 (["--style", "dots"], "--style"), (["--contour-lines", "-2"], "--contour-lines"),
-                 (["--shiny"], "--shiny")]
+                 (["--size", "70000x100"], "65535"), (["--zoom", "0"], "--zoom"), (["--zoom", "-1e-3"], "--zoom"),
+                 (["--zoom", "1e-300"], "from 0.001 to 1000"), (["--view", "sideways"], "--view"),
+                 (["--colormap", "virdis"], "did you mean viridis"), (["--nan-color", "blurple"], "--nan-color"),
+                 (["--nan-color", "none"], "opaque"), (["--feature-angle", "200"], "--feature-angle"),
+                 (["--azimuth", "1e400"], "--azimuth"), (["--style", "dots"], "--style"),
+                 (["--contour-lines", "-2"], "--contour-lines"), (["--figure", "out.jpg"], "--figure"),
+                 (["--per-step-range"], "--out-dir"), (["--shiny"], "--shiny")]
         for args, word in cases:
             with self.subTest(args):
                 self.assert_fails([self.good, self.scene] + args, word)
-        self.assert_fails([self.good], "required")
+        self.assert_fails([self.good], "OUT.ren")
         self.assert_fails([self.good, self.good], "overwrite")
 
     def test_scene_that_cannot_be_written(self):

@@ -139,15 +139,36 @@ class formats_test(unittest.TestCase):
             face = np.cross(corners[1] - corners[0], corners[2] - corners[0])
             self.assertGreater(face @ normals.sum(axis=0), 0)
 
-    def test_normals_are_area_weighted_or_taken_from_the_file(self):
-        # A large triangle facing +z and a small one facing +y meet at the origin.
-        points = np.array([[0, 0, 0], [4, 0, 0], [0, 4, 0], [-1, 0, 0], [0, 0, 1]], dtype=float)
-        meshio.write(self.path("tent.vtu"), meshio.Mesh(points, [("triangle", np.array([[0, 1, 2], [0, 3, 4]]))]))
-        scene = support.imported(self, self.path("tent.vtu"))
-        at_origin = [r["norm"][:3] for r in support.records(scene, "gr_poly_fill")]
-        weighted = np.array([0, 1, 16]) / np.linalg.norm([0, 1, 16])  # the faces' area vectors summed
-        for normal in at_origin:
-            np.testing.assert_allclose(normal, weighted, atol=1e-4)
+    def test_normals_are_angle_weighted_split_at_sharp_edges_or_taken_from_the_file(self):
+        # A small right angle facing +z and a long, thin triangle tilted 30 degrees
+        # about their shared edge along x: at the origin the thin one's large area
+        # counts for nothing, its small angle there for little.
+        thin, tilt = np.radians(10), np.radians(30)
+        far = 10 * np.array([np.cos(thin), -np.sin(thin) * np.cos(tilt), -np.sin(thin) * np.sin(tilt)])
+        points = np.array([[0, 0, 0], [1, 0, 0], [0, 1, 0], far])
+        meshio.write(self.path("fold.vtu"), meshio.Mesh(points, [("triangle", np.array([[0, 1, 2], [0, 3, 1]]))]))
+        scene = support.imported(self, self.path("fold.vtu"))
+        tilted = np.cross(far, [1, 0, 0])
+        expected = np.pi / 2 * np.array([0, 0, 1]) + thin * tilted / np.linalg.norm(tilted)
+        for record in support.records(scene, "gr_poly_fill"):
+            np.testing.assert_allclose(record["norm"][:3], expected / np.linalg.norm(expected), atol=1e-6)
+
+        # A cube keeps its faces flat below a feature angle of 90 degrees, and
+        # is rounded off above it.
+        cube = np.array([[x, y, z] for z in (0, 1) for y in (0, 1) for x in (0, 1)], dtype=float)
+        quads = np.array([[0, 2, 3, 1], [4, 5, 7, 6], [0, 1, 5, 4], [2, 6, 7, 3], [0, 4, 6, 2], [1, 3, 7, 5]])
+        meshio.write(self.path("cube.vtu"), meshio.Mesh(cube, [("quad", quads)]))
+        for angle, rounded in (("60", False), ("89", False), ("91", True)):
+            with self.subTest(feature_angle=angle):
+                scene = support.imported(self, self.path("cube.vtu"), "--feature-angle", angle)
+                for record in support.records(scene, "gr_poly_fill"):
+                    corners, normals = record["xyz"].reshape(3, 3), record["norm"].reshape(3, 3)
+                    face = np.cross(corners[1] - corners[0], corners[2] - corners[0])
+                    for corner, normal in zip(corners, normals):
+                        if rounded:  # the mean of the three faces at the corner
+                            np.testing.assert_allclose(normal, (2 * corner - 1) / np.sqrt(3), atol=1e-6)
+                        else:
+                            np.testing.assert_allclose(normal, face, atol=1e-6)
 
         points, triangles = support.plate(2)
         tilted = np.tile([0.6, 0.0, 0.8], (len(points), 1))
