@@ -52,9 +52,10 @@ def from_molecule(source, **options) -> Scene:
             such as "tempfactors"), ``colormap``, ``bands``,
             ``range=(lo, hi)``, ``select`` (MDAnalysis's selection
             language), ``cell``, ``view``, ``azimuth``, ``elevation``,
-            ``zoom``, ``size=(width, height)``, ``floor``,
-            ``trajectory`` (a file of frames) and ``frames`` (one frame
-            number; default the first).
+            ``roll``, ``zoom``, ``projection``, ``size=(width, height)``,
+            ``floor``, ``trajectory`` (a file of frames) and ``frames``
+            (one frame number; default the first). A Scene coloured by a
+            number carries its ``colour_key``, for ``sciray.figure``.
 
     Raises:
         ValueError: for a structure or an option that cannot become a scene.

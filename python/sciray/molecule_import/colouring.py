@@ -1,7 +1,7 @@
 """colouring.py - the colour of each atom: by element (CPK), by chain or by
 residue name (a qualitative matplotlib palette), or by a per-atom number
-(B-factor, charge, a trajectory's velocities, ...) in equal bands of its
-range through a matplotlib colour map, drawn with a contour table."""
+(B-factor, charge, a trajectory's velocities, ...), whose values the scene
+colours in equal bands of their range through a contour table."""
 import dataclasses
 
 import numpy as np
@@ -26,19 +26,11 @@ class numbers:
     of_frame: object     # () -> (n,) values of the atoms in the frame the trajectory stands at
 
 
-def palette(name: str, count: int) -> np.ndarray:
-    """`count` colours of a matplotlib colour map: a qualitative map's own
-    colours in turn, a continuous map's at the centres of `count` bands."""
+def _palette(name: str, count: int) -> np.ndarray:
+    """`count` colours of a qualitative matplotlib colour map, in turn."""
     import matplotlib
-    try:
-        colour_map = matplotlib.colormaps[name]
-    except KeyError:
-        raise molecule_error("unknown colour map %r (one of matplotlib's, such as viridis, plasma, "
-                             "coolwarm or tab10)" % name) from None
-    if getattr(colour_map, "colors", None) is not None and len(colour_map.colors) < 64:
-        listed = np.asarray(colour_map.colors, dtype=float)[:, :3]
-        return listed[np.arange(count) % len(listed)]
-    return np.asarray(colour_map((np.arange(count) + 0.5) / count), dtype=float)[:, :3]
+    listed = np.asarray(matplotlib.colormaps[name].colors, dtype=float)[:, :3]
+    return listed[np.arange(count) % len(listed)]
 
 
 def by_key(atoms, kind: str, numbers_of_atoms: np.ndarray):
@@ -48,7 +40,7 @@ def by_key(atoms, kind: str, numbers_of_atoms: np.ndarray):
         return elements.colours(present), where.ravel()
     keys = _chains(atoms) if kind == "chain" else _residue_names(atoms)
     present, where = np.unique(keys, return_inverse=True)
-    return palette("tab10" if kind == "chain" else "tab20", len(present)), where.ravel()
+    return _palette("tab10" if kind == "chain" else "tab20", len(present)), where.ravel()
 
 
 def _chains(atoms) -> np.ndarray:

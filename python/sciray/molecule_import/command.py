@@ -6,6 +6,8 @@ import sys
 
 from . import drawing, options, reading
 from .failure import molecule_error
+from ..mesh_import.command import _write_figure
+from ..mesh_import.failure import conversion_error
 
 
 def _same_file(a, b):
@@ -27,6 +29,13 @@ def frame_paths(work, folder, stem):
     return [os.path.join(folder, "%s_%0*d.ren" % (stem, digits, frame)) for frame in work.frames]
 
 
+def _write(work, frame, path, chosen):
+    """One frame's scene, and its figure when asked; returns what was written."""
+    scene = work.scene(frame)
+    save(scene, path)
+    return path + (" and " + _write_figure(chosen, scene, path) if chosen.figure else "")
+
+
 def _write_frames(work, folder, stem, inputs):
     try:
         os.makedirs(folder, exist_ok=True)
@@ -37,12 +46,12 @@ def _write_frames(work, folder, stem, inputs):
         if any(_same_file(path, given) for given in inputs):
             raise molecule_error("the scene %s would overwrite an input" % path)
     for frame, path in zip(work.frames, paths):
-        save(work.scene(frame), path)
+        _write(work, frame, path, work.chosen)
     return paths
 
 
 def _message(failure):
-    if isinstance(failure, molecule_error):
+    if isinstance(failure, (molecule_error, conversion_error)):
         return str(failure)
     if isinstance(failure, MemoryError):
         return "out of memory"
@@ -60,12 +69,12 @@ def main(argv):
         if chosen.out_dir is None:
             if len(work.frames) > 1:
                 raise molecule_error("--frames chooses %d frames: write them with --out-dir DIR" % len(work.frames))
-            save(work.scene(work.frames[0]), chosen.out)
-            wrote = chosen.out
+            wrote = _write(work, work.frames[0], chosen.out, chosen)
         else:
             stem = os.path.splitext(os.path.basename(chosen.trajectory or chosen.structure))[0]
             paths = _write_frames(work, chosen.out_dir, stem, inputs)
-            wrote = "%d scene%s in %s" % (len(paths), "" if len(paths) == 1 else "s", chosen.out_dir)
+            wrote = "%d scene%s%s in %s" % (len(paths), "" if len(paths) == 1 else "s",
+                                            " and figures" if chosen.figure else "", chosen.out_dir)
     except Exception as failure:  # every failure, foreseen or not, ends in one line
         print("sciray-molecule: %s" % _message(failure), file=sys.stderr)
         return 1

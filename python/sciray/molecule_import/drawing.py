@@ -2,11 +2,15 @@
 chosen frames (atoms, radii, bonds, colours, one camera), and the scene of
 each frame: the picture's settings, camera and lights, the materials, and
 the atoms, bonds, cell and floor in the style asked."""
+import os
+
 import numpy as np
 
 from . import bonds, colouring, elements
 from .failure import molecule_error
-from ..mesh_import import banding, framing
+from ..colour_key import ColourKey
+from ..mesh_import import banding, colour_maps, framing
+from ..mesh_import.scene_building import _material, _one_line
 from ..scene import Scene
 
 STYLES = ("ball-and-stick", "spacefill", "licorice")
@@ -23,12 +27,6 @@ _MOST_DECIMALS = 12
 _BACKDROP = (0.95, 0.95, 0.96)
 # Above this many atoms the outline is the box, not the convex hull.
 _HULL_LIMIT = 200000
-
-
-def _surface(scene, rgb, specular=0.3):
-    # The ambient term takes the surface's own colour, so shade stays coloured.
-    rgb = tuple(float(c) for c in rgb)
-    return scene.material(color=rgb, ambient=rgb, specular=(specular,) * 3, shininess=40, reflective=(0, 0, 0))
 
 
 def shortest(values: np.ndarray) -> tuple:
@@ -107,7 +105,8 @@ class plan:
         self._colours()
         self._last = None
         low, high, outline = self._bounds()
-        self.view = framing.frame(low, high, chosen.view, chosen.azimuth, chosen.elevation, chosen.zoom, outline)
+        self.view = framing.frame(low, high, chosen.view, chosen.azimuth, chosen.elevation, chosen.zoom, outline,
+                                  roll=chosen.roll, projection=chosen.projection)
         self.floor = framing.floor_corners(low, self.view) if chosen.floor else None
 
     @staticmethod
@@ -138,7 +137,7 @@ class plan:
             self.colours, self.atom_colour = colouring.by_key(self.atoms, chosen.color, self.numbers)
             return
         self.number = colouring.per_atom(self.read_in, self.atoms, chosen.color)
-        self.colours = colouring.palette(chosen.colormap, chosen.bands)
+        self.colours = colour_maps.band_colours(chosen.colormap, chosen.bands)
 
     def _bounds(self):
         """The box around every chosen frame's atoms (and cell, if drawn),
@@ -191,23 +190,28 @@ class plan:
         chosen, seen = self.chosen, self.view
         self.read_in.universe.trajectory[frame]
         scene = Scene()
+        scene.comment("sciray scene made by sciray-molecule from %s, frame %d" % (
+            _one_line(os.path.basename(self.read_in.name)), frame))
+        scene.comment(_one_line(self.summary()))
         # An even, light backdrop with no horizon across it, and clear air.
         scene.render(width=chosen.size[0], height=chosen.size[1], zenith=_BACKDROP, horizon=_BACKDROP,
                      ground=_BACKDROP, antialias=True, antialias_tol=0.04, antialias_depth=2, atmosphere_len=0)
-        scene.camera(viewpoint=seen.eye, lookat=seen.centre, up_vector_1=seen.up, up_vector_2=(0, 1, 0),
-                     extents=seen.extents, projection="perspective")
+        scene.camera(viewpoint=seen.eye, lookat=seen.centre, up_vector_1=seen.up, roll_angle=seen.roll or None,
+                     extents=seen.extents, projection=seen.projection)
         scene.ambient((0.2, 0.2, 0.2))
         scene.light(seen.key_light, (0.8, 0.8, 0.8), ambient=(0, 0, 0))
         scene.light(seen.fill_light, (0.35, 0.35, 0.35), ambient=(0, 0, 0))
-        materials = np.array([_surface(scene, rgb) for rgb in self.colours])
-        plain = _surface(scene, (0.25, 0.25, 0.27), 0.1)
-        floor = _surface(scene, (0.92, 0.92, 0.92), 0.0)
+        materials = np.array([_material(scene, rgb, 0.3) for rgb in self.colours])
+        plain = _material(scene, (0.25, 0.25, 0.27), 0.1)
+        floor = _material(scene, (0.92, 0.92, 0.92), 0.0)
         positions, decimals = self._written(frame)
         if self.number is None:
             atom_material, values = materials[self.atom_colour], None
         else:
             values = self.number.of_frame()
             scene.contour_table(banding.step_levels(self.low, self.high, chosen.bands), materials)
+            scene.colour_key = ColourKey(self.number.name, None, banding.edges(self.low, self.high, chosen.bands),
+                                         self.colours, style="bands")
             atom_material = materials[banding.band_of(values, self.low, self.high, chosen.bands)]
         self._atoms(scene, positions, atom_material)
         self._bonds(scene, positions, decimals, atom_material, values)

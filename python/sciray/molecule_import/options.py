@@ -4,10 +4,11 @@ either does not accept."""
 import argparse
 import re
 
-from . import colouring, drawing
+from . import drawing
 from .failure import molecule_error
-from ..mesh_import import framing
-from ..mesh_import.options import _count, _finite, _one_of, _range, _size
+from ..mesh_import import banding
+from ..mesh_import.options import (CAMERA_KEYWORDS, FIGURE_KINDS, _colour_map, _count, _finite, _one_of, _range,
+                                   as_values, camera_arguments, figure_arguments)
 
 DESCRIPTION = """Writes sciray scenes (.ren) of the atoms and bonds in a structure file, read
 with MDAnalysis (PDB, PDBx/mmCIF, GRO, PSF, MOL2, XYZ, ...; trajectories DCD,
@@ -36,13 +37,6 @@ def _frames(text):
     return slice(start, stop, step)
 
 
-def _zoom(text):
-    number = _finite(str(text))
-    if not 0.01 <= number <= 100:
-        raise argparse.ArgumentTypeError("not a zoom from 0.01 to 100: '%s'" % text)
-    return number
-
-
 def _build():
     parser = _parser(prog="sciray-molecule", description=DESCRIPTION,
                      formatter_class=argparse.RawDescriptionHelpFormatter)
@@ -63,23 +57,16 @@ def _build():
                         help="colour atoms by element (CPK colours), chain, residue name, or a per-atom number "
                              "(tempfactors or bfactor, charges, masses, velocities, forces, an ASE array...) in "
                              "bands of a colour map (default element)")
-    parser.add_argument("--colormap", default="viridis", metavar="NAME",
-                        help="matplotlib colour map for a number (default viridis)")
-    parser.add_argument("--bands", type=_count(2, 256), default=16, metavar="N",
+    parser.add_argument("--colormap", type=_colour_map, default="viridis", metavar="NAME",
+                        help="colours of a number's bands, low to high: any of matplotlib's colour maps, "
+                             "NAME_r reversed (default viridis)")
+    parser.add_argument("--bands", type=_count(2, banding.MOST_BANDS), default=16, metavar="N",
                         help="bands a number's range is divided into (default 16)")
     parser.add_argument("--range", nargs=2, type=_finite, metavar=("LO", "HI"),
                         help="the range the bands divide (default: the number's own over the chosen frames)")
     parser.add_argument("--cell", action="store_true", help="draw the unit cell as lines")
-    parser.add_argument("--view", choices=tuple(framing.VIEWS), default="iso",
-                        help="the side the camera looks from, at the centre of the atoms (default iso)")
-    parser.add_argument("--azimuth", type=_finite, default=0.0, metavar="DEG",
-                        help="turn the camera this many degrees about the picture's up direction")
-    parser.add_argument("--elevation", type=_finite, default=0.0, metavar="DEG",
-                        help="raise the camera this many degrees toward the up direction")
-    parser.add_argument("--zoom", type=_zoom, default=1.0, metavar="F", help="magnify by F (default 1)")
-    parser.add_argument("--size", type=_size, default=(640, 480), metavar="WxH",
-                        help="picture size in pixels (default 640x480)")
-    parser.add_argument("--floor", action="store_true", help="a floor under the atoms, catching their shadows")
+    camera_arguments(parser.add_argument_group("the camera"), "the atoms")
+    figure_arguments(parser.add_argument_group("figures"))
     return parser
 
 
@@ -93,14 +80,11 @@ def _checked(options):
 
 def parse(argv):
     """The options, checked; raises molecule_error on anything not accepted."""
-    # "--view -x" would read -x as an option: join such a value to its option.
-    joined = []
-    for arg in argv:
-        joined.append("%s=%s" % (joined.pop(), arg) if joined and joined[-1] == "--view" and arg in framing.VIEWS
-                      else arg)
-    options = _build().parse_intermixed_args(joined)
+    options = _build().parse_intermixed_args(as_values(argv))
     if (options.out is None) == (options.out_dir is None):
         raise molecule_error("give either OUT.ren or --out-dir DIR (see sciray-molecule --help)")
+    if options.out_dir is not None and options.figure and options.figure.lower() not in FIGURE_KINDS:
+        raise molecule_error("with --out-dir, --figure takes png, pdf or svg: a figure beside each scene")
     return _checked(options)
 
 
@@ -110,10 +94,8 @@ def _frames_keyword(value):
 
 # The options of a library call and how each is checked, as on the command line.
 _KEYWORDS = {"trajectory": str, "frames": _frames_keyword, "select": str, "style": _one_of(drawing.STYLES),
-             "color": str, "colormap": str, "bands": lambda v: _count(2, 256)(str(v)), "range": _range, "cell": bool,
-             "view": _one_of(tuple(framing.VIEWS)), "azimuth": lambda v: _finite(repr(float(v))),
-             "elevation": lambda v: _finite(repr(float(v))), "zoom": _zoom,
-             "size": lambda v: _size(v if isinstance(v, str) else "%dx%d" % tuple(v)), "floor": bool}
+             "color": str, "colormap": _colour_map, "bands": lambda v: _count(2, banding.MOST_BANDS)(str(v)),
+             "range": _range, "cell": bool, **CAMERA_KEYWORDS}
 
 
 def from_keywords(**given):
@@ -129,6 +111,4 @@ def from_keywords(**given):
                     else _KEYWORDS[name](value))
         except (argparse.ArgumentTypeError, TypeError, ValueError) as failure:
             raise molecule_error("%s: %s" % (name, failure)) from None
-    if chosen.color not in colouring.KINDS:
-        colouring.palette(chosen.colormap, 2)  # an unknown map is refused before reading
     return _checked(chosen)

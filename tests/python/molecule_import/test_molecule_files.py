@@ -5,6 +5,7 @@ under one camera; the library call gives the command's scene; every
 failure is one line."""
 import os
 
+import matplotlib.pyplot
 import MDAnalysis
 import numpy as np
 import pytest
@@ -66,10 +67,12 @@ def test_chains_residues_and_selection():
 
 def test_gro_with_its_box_and_an_xtc_trajectory(tmp_path):
     result = run_molecule(GRO, "--trajectory", XTC, "--frames", "::3", "--out-dir", tmp_path, "--select",
-                          "protein", "--cell", "--style", "licorice", "--size", "64x48")
+                          "protein", "--cell", "--style", "licorice", "--size", "64x48", "--figure", "png")
     assert result.returncode == 0, result.stderr
-    scenes = sorted(os.listdir(tmp_path))
+    scenes = sorted(name for name in os.listdir(tmp_path) if name.endswith(".ren"))
     assert scenes == ["adk_oplsaa_%04d.ren" % k for k in (0, 3, 6, 9)]
+    # A figure beside each scene.
+    assert sorted(set(os.listdir(tmp_path)) - set(scenes)) == ["adk_oplsaa_%04d.png" % k for k in (0, 3, 6, 9)]
     universe = MDAnalysis.Universe(GRO, XTC)
     for name, frame in zip(scenes, (0, 3, 6, 9)):
         universe.trajectory[frame]
@@ -110,6 +113,7 @@ def test_ten_frames_give_ten_scenes_with_one_camera(tmp_path):
     ([PDB_small, "out.ren", "--frames", "1:"], "--frames 1:: selects none of the 1 frames"),
     ([PDB_small, "out.ren", "--frames", "a:b"], "not START:STOP:STEP"),
     ([PSF, "--trajectory", DCD, "out.ren", "--frames", "0:5"], "--frames chooses 5 frames: write them with --out-dir"),
+    ([PSF, "--trajectory", DCD, "--out-dir", "out.ren", "--figure", "adk.png"], "with --out-dir, --figure takes png"),
     ([PDB_small], "give either OUT.ren or --out-dir DIR"),
     ([PDB_small, "out.ren", "--color", "spin"], "--color spin: not element, chain or residue, nor a number"),
     ([PDB_small, "out.ren", "--color", "bfactor", "--colormap", "rainbowish"], "unknown colour map 'rainbowish'"),
@@ -166,3 +170,20 @@ def test_pdbx_mmcif_files_are_read_as_models_with_chains(name):
     assert np.allclose(scene.ball_colours()[order][deuterium], 1.0)
     chains = drawn(sciray.from_molecule(path, color="chain").text())
     assert len(set(chains.ball_entries)) == len(set(model.chainIDs))
+
+
+def test_a_figure_puts_the_picture_beside_the_colour_bar_of_the_number(tmp_path):
+    result = run_molecule(PDB_small, tmp_path / "adk.ren", "--color", "bfactor", "--bands", "6", "--size", "96x72",
+                          "--figure", tmp_path / "adk.png", "--title", "B-factors")
+    assert result.returncode == 0, result.stderr
+    scene = sciray.Scene.load(tmp_path / "adk.ren")
+    picture = sciray.render(scene).pixels
+    figure = np.round(matplotlib.pyplot.imread(tmp_path / "adk.png")[:, :, :3] * 255).astype(np.uint8)
+    rows, columns = picture.shape[:2]
+    corners = np.argwhere((figure[:1 - rows, :1 - columns] == picture[0, 0]).all(axis=2))
+    found = [(y, x) for y, x in corners if (figure[y:y + rows, x:x + columns] == picture).all()]
+    assert len(found) == 1  # the picture, every pixel as rendered
+    key = sciray.from_molecule(PDB_small, color="bfactor", bands=6).colour_key
+    assert key.name == "bfactor" and len(key.colours) == 6
+    assert np.isclose(key.edges[-1], MDAnalysis.Universe(PDB_small).atoms.tempfactors.max(), rtol=1e-6)
+    assert np.allclose(key.colours, [drawn(scene.text()).colours[i] for i in range(6)], atol=1e-9)
