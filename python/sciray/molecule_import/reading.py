@@ -131,7 +131,24 @@ def _ase_frames(path: str):
 
 def _failure(path: str, failure: Exception) -> molecule_error:
     text = str(failure).strip().splitlines()
-    return molecule_error("cannot read %s: %s" % (path, text[0] if text else type(failure).__name__))
+    if isinstance(failure, (StopIteration, EOFError)):
+        # Readers meet the end of a cut-short file as the end of an iterator
+        # or a stream, whose own text says nothing to the user.
+        reason = "the file ends before its records do"
+    else:
+        reason = text[0] if text else type(failure).__name__
+    return molecule_error("cannot read %s: %s" % (path, reason))
+
+
+def _unreadable(name: str) -> str | None:
+    """Why `name` cannot be a structure or trajectory file, or None."""
+    if not os.path.exists(name):
+        return "no such file"
+    if not os.path.isfile(name):
+        return "not a file"
+    if os.path.getsize(name) == 0:
+        return "the file is empty"
+    return None
 
 
 def read(path: str, trajectory: str | None = None) -> structure:
@@ -140,9 +157,9 @@ def read(path: str, trajectory: str | None = None) -> structure:
     import MDAnalysis
 
     for name in (path, trajectory):
-        if name is not None and not os.path.isfile(name):
-            raise molecule_error("cannot read %s: %s" % (name, "no such file" if not os.path.exists(name)
-                                                           else "not a file"))
+        reason = None if name is None else _unreadable(name)
+        if reason is not None:
+            raise molecule_error("cannot read %s: %s" % (name, reason))
     with quiet():
         try:
             if _by_ase(path):

@@ -129,6 +129,18 @@ def test_failures_are_one_line_and_write_nothing(tmp_path, args, message):
     assert not (tmp_path / "out.ren").exists()
 
 
+def test_empty_and_cut_short_files_are_named_in_plain_words(tmp_path):
+    empty = tmp_path / "empty.pdb"
+    empty.write_text("")
+    cut = tmp_path / "cut.gro"
+    cut.write_text("title only\n")
+    for path, reason in ((empty, "the file is empty"), (cut, "the file ends before its records do")):
+        result = run_molecule(str(path), str(tmp_path / "out.ren"))
+        assert result.returncode == 1
+        assert result.stderr == "sciray-molecule: cannot read %s: %s\n" % (path, reason)
+    assert not (tmp_path / "out.ren").exists()
+
+
 def test_a_trajectory_property_is_coloured_through_one_table_for_all_frames():
     frames = [drawn(scene.text()) for scene in sciray.molecule_frames(
         GRO, trajectory=TRR, frames="0:3", select="protein", color="velocities", bands=8)]
