@@ -16,8 +16,10 @@ from ._errors import SceneError
 from .colour_key import ColourKey
 from .figures import figure
 from .meshes import from_mesh
+from .molecules import from_molecule, molecule_frames
 from .picture import Picture
 from .rendering import render
 from .scene import Scene
 
-__all__ = ["ColourKey", "Picture", "Scene", "SceneError", "figure", "from_mesh", "render"]
+__all__ = ["ColourKey", "Picture", "Scene", "SceneError", "figure", "from_mesh", "from_molecule",
+           "molecule_frames", "render"]

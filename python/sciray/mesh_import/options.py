@@ -125,8 +125,9 @@ def _field_options(parser):
                             "(default: none; with --style lines, one per band)")
 
 
-def _camera_options(parser):
-    group = parser.add_argument_group("the camera and the surface")
+def camera_arguments(group, subject):
+    """The camera's options (--view to --floor), for a picture of `subject`
+    ("the mesh", "the atoms")."""
     group.add_argument("--view", choices=tuple(framing.VIEWS), default="iso",
                        help="the side of the bounding box the camera looks from, at its centre; "
                             "+z is up in the picture, +y when looking along z (default iso)")
@@ -137,25 +138,35 @@ def _camera_options(parser):
     group.add_argument("--roll", type=_between(-360, 360, "degrees"), default=0.0, metavar="DEG",
                        help="turn the camera about its line of sight, as the scene's roll_angle does")
     group.add_argument("--zoom", type=_between(*_ZOOMS, "a factor"), default=1.0, metavar="F",
-                       help="magnify by F, from 0.001 to 1000 (below 1: take in more around the mesh)")
+                       help="magnify by F, from 0.001 to 1000 (below 1: take in more around %s)" % subject)
     group.add_argument("--projection", choices=framing.PROJECTIONS, default="perspective",
                        help="perspective (the default) or orthographic: parallel rays, no foreshortening")
     group.add_argument("--size", type=_size, default=(640, 480), metavar="WxH",
                        help="picture size in pixels (default 640x480)")
-    group.add_argument("--floor", action="store_true", help="a floor under the mesh, catching its shadow")
+    group.add_argument("--floor", action="store_true", help="a floor under %s, catching the shadows" % subject)
+
+
+def _camera_options(parser):
+    group = parser.add_argument_group("the camera and the surface")
+    camera_arguments(group, "the mesh")
     group.add_argument("--feature-angle", type=_between(0, 180, "degrees"), default=60.0, metavar="DEG",
                        help="edges where faces meet at more than DEG stay sharp; the normals of computed "
                             "smooth shading are not averaged across them (default 60)")
 
 
-def _output_options(parser):
-    group = parser.add_argument_group("figures and series")
+def figure_arguments(group):
+    """--figure, --title and --caption."""
     group.add_argument("--figure", type=_figure, metavar="FIG",
                        help="also render the scene (without the corner mark) and write a figure of the picture "
                             "beside a colour bar: FIG.png, FIG.pdf or FIG.svg, or png, pdf or svg for one "
                             "beside each scene")
     group.add_argument("--title", metavar="TEXT", help="a title above the figure's picture")
     group.add_argument("--caption", metavar="TEXT", help="a caption below the figure's picture")
+
+
+def _output_options(parser):
+    group = parser.add_argument_group("figures and series")
+    figure_arguments(group)
     group.add_argument("--out-dir", metavar="DIR",
                        help="write one scene per mesh (or per step of a time series) into DIR, with one colour "
                             "range and one camera for all")
@@ -195,14 +206,16 @@ def _real(check):
     return lambda value: check(repr(float(value)))
 
 
+# The camera's options as keywords of a library call, checked as on the command line.
+CAMERA_KEYWORDS = {"view": _one_of(tuple(framing.VIEWS)), "azimuth": _real(_between(-360, 360, "degrees")),
+                   "elevation": _real(_between(-360, 360, "degrees")),
+                   "roll": _real(_between(-360, 360, "degrees")), "zoom": _real(_between(*_ZOOMS, "a factor")),
+                   "projection": _one_of(framing.PROJECTIONS), "size": _pixels, "floor": bool}
 # The options of a library call and how each is checked, as on the command line.
 _KEYWORDS = {"scalar": str, "units": str, "range": _range, "log": bool,
              "bands": lambda v: _count(2, banding.MOST_BANDS)(str(v)), "colormap": _colour_map, "nan_color": _colour,
-             "style": _one_of(STYLES), "contour_lines": lambda v: _count(0, 1000)(str(v)),
-             "view": _one_of(tuple(framing.VIEWS)), "azimuth": _real(_between(-360, 360, "degrees")),
-             "elevation": _real(_between(-360, 360, "degrees")), "roll": _real(_between(-360, 360, "degrees")),
-             "zoom": _real(_between(*_ZOOMS, "a factor")), "projection": _one_of(framing.PROJECTIONS), "size": _pixels,
-             "floor": bool, "feature_angle": _real(_between(0, 180, "degrees"))}
+             "style": _one_of(STYLES), "contour_lines": lambda v: _count(0, 1000)(str(v)), **CAMERA_KEYWORDS,
+             "feature_angle": _real(_between(0, 180, "degrees"))}
 _MAY_BE_NONE = ("scalar", "units", "range", "contour_lines")
 
 
@@ -244,16 +257,20 @@ def _arranged(options):
     return options
 
 
-def parse(argv):
-    """The options, checked; raises conversion_error on anything not accepted."""
+def as_values(argv):
+    """The arguments with the values argparse would take for options marked
+    as values: a side after --view ("-x") and negative numbers ("-1e-3")."""
     joined = []
     for arg in argv:
         if joined and joined[-1] == "--view" and arg in framing.VIEWS:
-            # "--view -x" would read -x as an option: join such a value to its option.
             joined[-1] = "--view=" + arg
         elif re.fullmatch(r"-(\d+\.?\d*|\.\d+)(e[-+]?\d+)?", arg, flags=re.I):
-            # A negative number is a value (argparse takes "-1e-3" for an option).
             joined.append(" " + arg)
         else:
             joined.append(arg)
-    return _arranged(_checked(_build().parse_args(joined)))
+    return joined
+
+
+def parse(argv):
+    """The options, checked; raises conversion_error on anything not accepted."""
+    return _arranged(_checked(_build().parse_args(as_values(argv))))
