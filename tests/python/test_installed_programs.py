@@ -8,6 +8,6 @@ import pytest
 from conftest import SCRIPTS
 
 
-@pytest.mark.parametrize("program", ["sciray", "sciray-png", "sciray-farm", "sciray-import"])
+@pytest.mark.parametrize("program", ["sciray", "sciray-png", "sciray-farm", "sciray-import", "sciray-molecule"])
 def test_every_user_may_run_the_program(program):
     assert stat.S_IMODE(os.stat(os.path.join(SCRIPTS, program)).st_mode) == 0o755
