@@ -9,7 +9,7 @@ import textwrap
 
 import numpy as np
 
-from ._files import written_whole
+from ._program_outputs import written_whole
 from .colour_key import ColourKey
 from .picture import Picture
 
@@ -187,7 +187,7 @@ def _save(fig, picture: Picture, at: tuple, path: str) -> None:
     the vector ones with the picture as an image of its own."""
     kind = os.path.splitext(os.fsdecode(path))[1].lower()
     if kind != ".png":
-        with written_whole(path, kind) as out:
+        with written_whole(path) as partial, open(partial, "wb") as out:
             fig.savefig(out, format=kind[1:], dpi=fig.dpi, facecolor="white")
         return
     fig.canvas.draw()

@@ -16,7 +16,7 @@ import os
 import numpy as np
 
 from . import _arrays, _sciray
-from ._files import written_whole
+from ._program_outputs import written_whole
 from .colour_key import ColourKey
 
 _INT, _REAL, _TRIPLE, _PAIR, _TRUTH = "integer", "number", "3 numbers", "2 numbers", "True or False"
@@ -53,6 +53,8 @@ def _number(keyword: str, value, kind: str) -> str:
             if number is None:
                 raise TypeError
             return str(number)
+        if np.iscomplexobj(value):  # float() would drop the imaginary part
+            raise TypeError
         number = float(value)
     except (TypeError, ValueError, OverflowError):
         raise ValueError("%s must be a%s %s, not %r" % (keyword, "n" if kind == _INT else "", kind, value)) from None
@@ -145,7 +147,7 @@ class Scene:
     def save(self, path: str | os.PathLike) -> None:
         """Writes the scene file, whole or not at all: it is written beside
         `path` and moved there when complete."""
-        with written_whole(path, ".ren") as out:
+        with written_whole(os.fspath(path)) as partial, open(partial, "wb") as out:
             source = _sciray.SceneText(self._pieces())
             while chunk := source.read(1 << 20):
                 out.write(chunk)

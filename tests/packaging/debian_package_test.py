@@ -9,6 +9,7 @@ import hashlib
 import os
 import re
 import shutil
+import stat
 import subprocess
 import sysconfig
 import tempfile
@@ -122,8 +123,11 @@ class debian_package(unittest.TestCase):
         r = run(['cmake', '--install', BUILD, '--prefix', prefix])
         self.assertEqual(r.returncode, 0, r.stderr)
         self.assertEqual(files_under(prefix), expected_files())
-        for program in PROGRAMS:
-            self.assertTrue(os.access(os.path.join(prefix, 'bin', program), os.X_OK), program)
+        # Every user may run the programs.
+        for root in (self.usr, prefix):
+            for program in PROGRAMS:
+                mode = os.stat(os.path.join(root, 'bin', program)).st_mode
+                self.assertEqual(stat.S_IMODE(mode), 0o755, f'{root}/bin/{program}')
 
     def test_installed_programs_render_an_installed_example(self):
         bin_dir = os.path.join(self.usr, 'bin')

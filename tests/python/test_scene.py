@@ -128,6 +128,7 @@ BAD = [
     (lambda s: s.render(width=1.5), "width must be an integer"),
     (lambda s: s.camera(projection="fisheye"), "projection must be one of perspective, orthographic"),
     (lambda s: s.material(color=(1, 0)), "color must be 3 numbers"),
+    (lambda s: s.light(np.array([1, 2, 3j])), "location must be a number"),
 ]
 
 

@@ -63,6 +63,23 @@ exec {SCIRAY} "$@"
     return path
 
 
+def write_program(path, text):
+    """An executable script."""
+    with open(path, 'w') as f:
+        f.write(text)
+    os.chmod(path, 0o755)
+    return path
+
+
+def running(pid):
+    """True while the process runs (one that has ended and waits to be reaped does not)."""
+    try:
+        with open(f'/proc/{pid}/stat') as f:
+            return f.read().rsplit(')', 1)[1].split()[0] != 'Z'
+    except FileNotFoundError:
+        return False
+
+
 def files_under(directory):
     return sorted(os.path.relpath(os.path.join(d, f), directory) for d, _, fs in os.walk(directory) for f in fs)
 

@@ -10,6 +10,7 @@ import os
 import pwd
 import shlex
 import shutil
+import signal
 import socket
 import subprocess
 import sys
@@ -18,7 +19,7 @@ import time
 import unittest
 from unittest import mock
 
-from farm_test_support import engine_checks, run
+from farm_test_support import FARM, engine_checks, files_under, run, running, write_scene
 
 PRIVILEGE_SEPARATION_DIR = '/run/sshd'  # sshd refuses to start without it
 
@@ -101,6 +102,33 @@ class parallel_engine(engine_checks, unittest.TestCase):
         except subprocess.TimeoutExpired:
             sshd.kill()
             sshd.wait()
+
+    def test_a_signal_stops_the_remote_bands(self):
+        pids = os.path.join(self.tools, 'pids')
+        slow = os.path.join(self.tools, 'slow-sciray')
+        with open(slow, 'w') as f:
+            f.write(f'#!/bin/sh\nprintf partial >"$2"\necho $$ >>{pids}\nexec sleep 60\n')
+        os.chmod(slow, 0o755)
+        scene = write_scene(os.path.join(self.fresh_dir('signal'), 's.ren'))
+        out = os.path.join(self.work, 'signal', 'out')
+        with tempfile.TemporaryFile('w+') as errors:  # the tasks hold it open too: not a pipe
+            farm = subprocess.Popen([FARM, *self.engine, '--bands', '2', '--out', out, scene], stdout=subprocess.DEVNULL,
+                                    stderr=errors, env=dict(os.environ, SCIRAY=slow))
+            deadline = time.monotonic() + 60
+            while not (os.path.exists(pids) and len(open(pids).readlines()) == 2) and time.monotonic() < deadline:
+                time.sleep(0.05)
+            farm.send_signal(signal.SIGTERM)
+            farm.wait(timeout=60)
+            errors.seek(0)
+            self.assertEqual(farm.returncode, -signal.SIGTERM, errors.read())
+        # GNU parallel's wrapper on the host sees its ssh gone within a second and stops the band.
+        with open(pids) as f:
+            remote = [int(line) for line in f]
+        deadline = time.monotonic() + 10
+        while any(map(running, remote)) and time.monotonic() < deadline:
+            time.sleep(0.05)
+        self.assertEqual([pid for pid in remote if running(pid)], [])
+        self.assertEqual(files_under(out), [])
 
     def test_the_ssh_side_sees_no_file_of_this_side(self):
         marker = os.path.join(self.work, 'marker')

@@ -2,29 +2,22 @@
 # sciray_farm_slurm_test.py - sciray-farm's Slurm engine against a real
 # one-node cluster that scripts/local-slurm.sh starts for this test and
 # stops after it (also when a check fails): the checks of every engine with
-# --wait, submitting without waiting, and a cluster that starts once and
-# leaves no daemon behind.
+# --wait, submitting without waiting, a signal that leaves the jobs going,
+# and a cluster that starts once and leaves no daemon behind.
 import os
 import re
 import shutil
+import signal
+import subprocess
 import sys
 import tempfile
 import time
 import unittest
 
-from farm_test_support import FARM, SOURCE, engine_checks, pixels, reference_pixels, run, write_scene
+from farm_test_support import FARM, SOURCE, engine_checks, pixels, reference_pixels, run, running, write_scene
 
 CLUSTER_SCRIPT = os.path.join(SOURCE, 'scripts', 'local-slurm.sh')
 DAEMONS = ('munged', 'slurmctld', 'slurmd')
-
-
-def alive(pid):
-    """True while the process runs (a zombie has ended)."""
-    try:
-        with open(f'/proc/{pid}/status') as f:
-            return not re.search(r'^State:\s*Z', f.read(), re.M)
-    except FileNotFoundError:
-        return False
 
 
 class slurm_engine(engine_checks, unittest.TestCase):
@@ -60,7 +53,7 @@ class slurm_engine(engine_checks, unittest.TestCase):
         r = run(['bash', CLUSTER_SCRIPT, 'stop'], env=cls.cluster_env)
         if r.returncode != 0:
             raise RuntimeError(f'local Slurm cluster did not stop: {r.stderr}')
-        left = [f'{d} ({pid})' for d, pid in getattr(cls, 'pids', {}).items() if alive(pid)]
+        left = [f'{d} ({pid})' for d, pid in getattr(cls, 'pids', {}).items() if running(pid)]
         if left:
             raise RuntimeError(f'still running after stop: {", ".join(left)}')
 
@@ -72,7 +65,7 @@ class slurm_engine(engine_checks, unittest.TestCase):
     def test_starting_again_keeps_the_running_cluster(self):
         self.assertEqual(self.start_cluster(), self.export)
         for daemon, pid in self.pids.items():
-            self.assertTrue(alive(pid), daemon)
+            self.assertTrue(running(pid), daemon)
             self.assertEqual(self.pid_of(daemon), pid)
 
     def test_without_wait_prints_the_jobs_and_returns(self):
@@ -86,7 +79,23 @@ class slurm_engine(engine_checks, unittest.TestCase):
         self.assertIsNotNone(jobs, r.stdout)
         for job in jobs.groups():
             self.assertIn('Comment=sciray-farm-test', run(['scontrol', 'show', 'job', job]).stdout)
-        picture = os.path.join(out, 'still.png')
+        self.assert_picture_comes(os.path.join(out, 'still.png'), scene)
+
+    def test_a_signal_while_waiting_leaves_the_jobs_going(self):
+        d = self.fresh_dir('signal')
+        scene = write_scene(os.path.join(d, 'still.ren'))
+        out = os.path.join(d, 'out')
+        farm = subprocess.Popen([FARM, *self.engine, '--bands', '2', '--out', out, scene], stdout=subprocess.PIPE,
+                                stderr=subprocess.PIPE, text=True)
+        array, join = (re.fullmatch(rf'{kind} job (\d+)\n', farm.stdout.readline())[1] for kind in ('array', 'join'))
+        farm.send_signal(signal.SIGINT)
+        _, err = farm.communicate(timeout=60)
+        self.assertEqual(farm.returncode, -signal.SIGINT, err)
+        self.assertTrue(err.endswith(f'sciray-farm: stopped by SIGINT; Slurm jobs go on: {array} {join} '
+                                     f'(scancel {array} {join} stops them)\n'), err)
+        self.assert_picture_comes(os.path.join(out, 'still.png'), scene)
+
+    def assert_picture_comes(self, picture, scene):
         deadline = time.monotonic() + 120
         while not os.path.exists(picture) and time.monotonic() < deadline:
             time.sleep(0.5)

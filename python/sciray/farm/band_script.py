@@ -35,8 +35,7 @@ RESULT = re.compile(r'exit (\d+) after (\d+) ms')
 
 def arguments(sciray, scene, task, band_file, log_file, threads):
     """The arguments after "sh -c SCRIPT sh" for one band."""
-    extra = ['-threads', str(threads)] if threads else []
-    return [sciray, scene, f'{task.index}/{task.count}', band_file, log_file, *extra]
+    return [sciray, scene, f'{task.index}/{task.count}', band_file, log_file, '-threads', str(threads)]
 
 
 def parse_result(line):

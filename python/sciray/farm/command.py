@@ -1,11 +1,15 @@
 # sciray-farm - renders scene files, each split into bands, on this machine,
 # on ssh hosts through GNU parallel, or on a Slurm cluster, and joins each
 # scene's bands into OUT/NAME.png (and, if asked, the pictures into a movie).
+import contextlib
 import os
+import signal
 import sys
 
-from . import command_line, join, local_engine, parallel_engine, report, slurm_engine
+from .._program_outputs import interrupted, run as run_program
+from . import children, command_line, join, local_engine, outputs, parallel_engine, report, slurm_engine
 from .band_files import band_tasks, clear, farm_error, is_whole, read_scenes
+from .band_script import logged_result
 from .report import say
 
 
@@ -20,6 +24,21 @@ def prepare(tasks, options):
         except OSError as e:
             raise farm_error(f"can't prepare {task.band_file}: {e.strerror}")
     return todo
+
+
+def render(todo, options, progress):
+    """Runs the bands; when interrupted, stops them and removes what they
+    had begun: partial band files, and the logs of bands that did not end."""
+    engine = local_engine if options.engine == 'local' else parallel_engine
+    try:
+        engine.run(todo, options, progress)
+    except interrupted:
+        children.stop_all()
+        for task in todo:
+            if not is_whole(task.band_file) and logged_result(task.log_file) is None:
+                with contextlib.suppress(OSError):
+                    clear(task)
+        raise
 
 
 def scene_complete(scene, tasks):
@@ -82,25 +101,35 @@ def run(argv):
     if options.engine == 'parallel':
         parallel_engine.check_hosts(options.hosts)
     tasks = band_tasks(scenes, options.bands, options.out)
+    outputs.check(scenes, tasks, options)
     todo = [] if options.join else prepare(tasks, options)
     progress = report.progress(len(todo))
     if options.engine == 'slurm' and not options.join:
         return follow_slurm(tasks, todo, scenes, options, progress)
     if todo:
-        engine = local_engine if options.engine == 'local' else parallel_engine
-        engine.run(todo, options, progress)
+        render(todo, options, progress)
     pictures, problems = make_pictures(scenes, tasks, options)
     failed = close(tasks, todo, pictures, scenes, options, progress)
     return 1 if failed or problems else 0
 
 
-def entry():
-    """The program: sciray-farm's command line; exits with its status."""
+def stopped(number):
+    """After a signal: every child stopped, and a line saying so."""
+    children.stop_all()
+    jobs = ' '.join(slurm_engine.submitted)
+    say(f'stopped by {signal.Signals(number).name}' + (f'; Slurm jobs go on: {jobs} (scancel {jobs} stops them)'
+                                                       if jobs else ''))
+
+
+def main(argv):
     try:
-        sys.exit(run(sys.argv[1:]))
+        return run(argv)
     except farm_error as e:
         say(str(e))
-        sys.exit(1)
-    except KeyboardInterrupt:
-        say('interrupted')
-        sys.exit(130)
+        return 1
+
+
+def entry():
+    """The program: sciray-farm's command line; exits with its status, or
+    by the signal that stopped it."""
+    run_program(lambda: main(sys.argv[1:]), on_signal=stopped)

@@ -6,6 +6,7 @@ import shutil
 import sys
 
 from .band_files import farm_error
+from .join import MOVIE_FORMATS, movie_format
 
 USAGE = '''sciray-farm [--engine local|parallel|slurm] [--bands N] [--threads T] [--out DIR]
                    [--hosts FILE] [--slurm-option OPT ...] [--movie FILE.mp4 --fps F]
@@ -44,7 +45,9 @@ def define():
     p.add_argument('--hosts', metavar='FILE', help='the hosts of --engine parallel (--sshloginfile format)')
     p.add_argument('--slurm-option', action='append', default=[], dest='slurm_options', metavar='OPT',
                    help='an sbatch option for every job, e.g. --slurm-option=--partition=big (repeatable)')
-    p.add_argument('--movie', metavar='FILE.mp4', help='also encode the pictures, in file-name order, into a movie')
+    p.add_argument('--movie', metavar='FILE.mp4',
+                   help='also encode the pictures, in file-name order, into a movie in the container its extension '
+                        f'names ({", ".join(sorted(MOVIE_FORMATS))})')
     p.add_argument('--fps', type=positive(float), metavar='F', help='frames per second of the movie (default 25)')
     p.add_argument('--wait', action='store_true', help='with slurm: return when the join job ends, with its status')
     p.add_argument('--resume', action='store_true', help='render only the bands that are missing or damaged')
@@ -79,8 +82,14 @@ def parse(argv):
         raise farm_error('--slurm-option and --wait are for --engine slurm')
     if options.fps and not options.movie:
         raise farm_error('--fps is for --movie')
+    if options.movie and movie_format(options.movie) is None:
+        known = sorted(MOVIE_FORMATS)
+        raise farm_error(f'--movie {options.movie}: not a movie file name; the extension gives the container: '
+                         f'{", ".join(known[:-1])} or {known[-1]}')
     options.fps = options.fps or 25.0
     options.farm = os.path.realpath(sys.argv[0])
+    # Messages name paths as given; the engines use them made absolute.
+    options.out_given, options.movie_given = options.out, options.movie
     options.out = os.path.abspath(options.out)
     options.movie = options.movie and os.path.abspath(options.movie)
     # The programs are named by absolute paths: batch jobs and ssh hosts run them too.

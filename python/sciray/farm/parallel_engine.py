@@ -1,5 +1,6 @@
 # parallel_engine.py - runs the band tasks with GNU parallel over ssh on the
-# hosts of a --sshloginfile, as many at once on each host as it has cores.
+# hosts of a --sshloginfile, as many at once on each host as it has cores
+# (each on one thread), or with --threads T, cores / T at once.
 # Every task works in a directory of its own on its host: the scene is sent
 # there and the band's directory (band file and log) comes back, so the
 # hosts need no file system in common with this machine. They need rsync
@@ -7,10 +8,11 @@
 import os
 import re
 import shlex
+import signal
 import subprocess
 import tempfile
 
-from . import band_script
+from . import band_script, children
 from .band_files import farm_error
 from .report import say
 
@@ -42,7 +44,7 @@ def task_row(task, options):
     band_dir = os.path.basename(task.band_dir)
     remote = band_script.arguments(options.sciray, os.path.basename(task.scene.path), task,
                                    os.path.join(band_dir, os.path.basename(task.band_file)),
-                                   os.path.join(band_dir, os.path.basename(task.log_file)), options.threads)
+                                   os.path.join(band_dir, os.path.basename(task.log_file)), options.threads or 1)
     row = [relative_to(task.scene.path), relative_to(task.band_dir), *remote]
     if any('\t' in field or '\n' in field for field in row):
         raise farm_error(f'{task.scene.path}: paths with tabs or line breaks can not go through GNU parallel')
@@ -59,12 +61,35 @@ def run(tasks, options, progress):
         command = ['parallel', '--sshloginfile', options.hosts, '--workdir', '...', '--cleanup',
                    '--transferfile', '{1}', '--return', '{2}', '--colsep', '\t', '--tagstring', '{#}', *jobs,
                    f'sh -c {shlex.quote(band_script.SCRIPT)} sh {placeholders}', '::::', table.name]
-        with subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True) as parallel:
+        # On SIGINT (unlike an early SIGTERM) GNU parallel stops its tasks and ends.
+        parallel = children.start(command, stop_with=signal.SIGINT, stdin=subprocess.DEVNULL,
+                                  stdout=subprocess.PIPE, text=True)
+        try:
             # Each task prints its result line when it has ended and its files are back.
             for line in parallel.stdout:
                 number, _, result = line.partition('\t')
                 if number.isdigit() and 1 <= int(number) <= len(tasks):
                     progress.band_finished(tasks[int(number) - 1], band_script.parse_result(result))
-    # Up to 100 is the number of failed tasks, which are reported one by one.
-    if parallel.returncode > 100:
-        say(f'GNU parallel stopped with exit {parallel.returncode}')
+            parallel.wait()
+        except BaseException:
+            children.stop([parallel])  # it stops the tasks it started
+            raise
+        finally:
+            parallel.stdout.close()
+        children.forget(parallel)
+    meaning = exit_meaning(parallel.returncode)
+    if meaning:
+        say(f'GNU parallel: {meaning}')
+
+
+def exit_meaning(status):
+    """What GNU parallel's exit status says, or None for success."""
+    if status == 0:
+        return None
+    if 1 <= status <= 100:
+        return f'{status} band task{"s" if status > 1 else ""} failed'
+    if status == 101:
+        return 'more than 100 band tasks failed'
+    if status < 0:
+        return f'killed by signal {-status}'
+    return f'failed itself (exit {status}); see its messages above'

@@ -12,6 +12,9 @@ import time
 from . import band_script
 from .band_files import farm_error
 
+# The ids of the jobs this run has submitted.
+submitted = []
+
 # Job states after which a job does not run again.
 ENDED = {'COMPLETED', 'FAILED', 'CANCELLED', 'TIMEOUT', 'NODE_FAIL', 'PREEMPTED', 'BOOT_FAIL', 'DEADLINE',
          'OUT_OF_MEMORY'}
@@ -23,7 +26,8 @@ def slurm_output(out_dir, pattern):
 
 def bands_script(tasks, options):
     """A batch script whose array task K renders tasks[K]."""
-    rows = [band_script.arguments(options.sciray, t.scene.path, t, t.band_file, t.log_file, options.threads)
+    # Without --threads a task has Slurm's one CPU, and sciray one thread.
+    rows = [band_script.arguments(options.sciray, t.scene.path, t, t.band_file, t.log_file, options.threads or 1)
             for t in tasks]
     width = len(rows[0])
     table = '\n'.join('  ' + ' '.join(shlex.quote(a) for a in row) for row in rows)
@@ -52,7 +56,8 @@ def sbatch(arguments, script, options):
     if r.returncode != 0:
         lines = r.stderr.strip().splitlines()
         raise farm_error(lines[-1] if lines else f'sbatch ended with exit {r.returncode}')
-    return r.stdout.strip().split(';')[0]
+    submitted.append(r.stdout.strip().split(';')[0])
+    return submitted[-1]
 
 
 def submit(tasks, scenes, options):

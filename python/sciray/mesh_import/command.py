@@ -4,6 +4,7 @@ into a figure; with --out-dir one scene (and figure) per step of a series."""
 import os
 import sys
 
+from .._program_outputs import run, same_file
 from . import mesh_reading, options, series
 from .failure import conversion_error
 
@@ -36,6 +37,15 @@ def _write_figure(chosen, scene, scene_path):
     return path
 
 
+def _refuse_over_meshes(chosen, scene_paths):
+    """Refuses, before anything is written, a scene or figure that would be
+    one of the meshes."""
+    figures = [_figure_path(chosen, path) for path in scene_paths] if chosen.figure else []
+    refusal = same_file(scene_paths + figures, chosen.meshes)
+    if refusal:
+        raise conversion_error(refusal)
+
+
 def _write(chosen, mesh, source, scene_path, shared=None):
     """One scene (and its figure when asked); prints its notes and summary."""
     from ..meshes import converted
@@ -52,20 +62,21 @@ def _write(chosen, mesh, source, scene_path, shared=None):
 
 def _one(chosen):
     mesh_path, out = chosen.meshes[0], chosen.out
-    if os.path.exists(out) and os.path.exists(mesh_path) and os.path.samefile(out, mesh_path):
-        raise conversion_error("the scene %s would overwrite the mesh" % out)
+    _refuse_over_meshes(chosen, [out])
     _write(chosen, mesh_reading.read_mesh(mesh_path), mesh_path, out)
 
 
 def _series(chosen):
     steps = series.steps_of(chosen.meshes)
+    scene_paths = [os.path.join(chosen.out_dir, step.name + ".ren") for step in steps]
+    _refuse_over_meshes(chosen, scene_paths)
     try:
         os.makedirs(chosen.out_dir, exist_ok=True)
     except OSError as failure:
         raise conversion_error("cannot make %s: %s" % (chosen.out_dir, failure.strerror or failure)) from None
     shared = series.shared_of(steps, chosen)
-    for step in steps:
-        _write(chosen, step.mesh(), step.source, os.path.join(chosen.out_dir, step.name + ".ren"), shared)
+    for step, scene_path in zip(steps, scene_paths):
+        _write(chosen, step.mesh(), step.source, scene_path, shared)
 
 
 def main(argv):
@@ -85,5 +96,6 @@ def main(argv):
 
 
 def entry():
-    """The program: sciray-import's command line; exits with its status."""
-    sys.exit(main(sys.argv[1:]))
+    """The program: sciray-import's command line; exits with its status, or
+    by the signal that stopped it."""
+    run(lambda: main(sys.argv[1:]))

@@ -20,15 +20,25 @@ class common:
     view: framing.view = None
 
 
+# The largest coordinate drawn: the products of two coordinates (areas,
+# squared distances) stay finite.
+_FARTHEST = 1e150
+
+
 def points_of(mesh, used):
     """The points in three dimensions (a flat mesh lies at z = 0), checked
     where they are used."""
-    points = np.asarray(mesh.points, dtype=float)
+    try:
+        points = np.asarray(mesh.points, dtype=float)
+    except (TypeError, ValueError, OverflowError):
+        raise conversion_error("the mesh's points are not numbers") from None
     if points.ndim != 2 or not 1 <= points.shape[1] <= 3:
         raise conversion_error("the mesh's points are not in one, two or three dimensions")
     points = np.pad(points, ((0, 0), (0, 3 - points.shape[1])))
     if not np.isfinite(points[used]).all():
         raise conversion_error("the mesh has points with NaN or infinite coordinates")
+    if np.abs(points[used]).max(initial=0) > _FARTHEST:
+        raise conversion_error("the mesh has points too far out to be drawn (coordinates beyond %g)" % _FARTHEST)
     return points
 
 

@@ -35,11 +35,15 @@ def file_normals(mesh):
     none (or gives some that are not numbers)."""
     count = len(mesh.points)
     names = _normal_fields(mesh)
-    if names[-3:] == list(_NORMAL_COMPONENTS):
-        normals = np.stack([np.asarray(mesh.point_data[c], dtype=float).reshape(count) for c in names[-3:]], axis=1)
-    elif names and np.shape(mesh.point_data[names[0]]) == (count, 3):
-        normals = np.asarray(mesh.point_data[names[0]], dtype=float)
-    else:
+    try:
+        if names[-3:] == list(_NORMAL_COMPONENTS):
+            normals = np.stack([np.asarray(mesh.point_data[c], dtype=float).reshape(count) for c in names[-3:]],
+                               axis=1)
+        elif names and np.shape(mesh.point_data[names[0]]) == (count, 3):
+            normals = np.asarray(mesh.point_data[names[0]], dtype=float)
+        else:
+            return None
+    except (TypeError, ValueError, OverflowError):
         return None
     return normals if np.isfinite(normals).all() else None
 

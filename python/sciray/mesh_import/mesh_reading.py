@@ -11,6 +11,7 @@ import warnings
 import meshio
 import numpy as np
 
+from . import reader_process
 from .failure import conversion_error
 
 # Corners of each kind of cell; higher-order cells (triangle6, hexahedron27,
@@ -46,25 +47,33 @@ class drawable_parts:
 def read_mesh(path):
     """The mesh in the file; any failure to read it is one conversion error.
     A legacy VTK file that meshio cannot read (of type POLYDATA, say) is
-    read with VTK's own reader when PyVista is installed."""
+    read with VTK's own reader when PyVista is installed. The readers run in
+    a child process (reader_process), which a damaged file can neither
+    crash nor keep reading for ever."""
     if not os.path.exists(path):
         raise conversion_error("cannot read %s: no such file" % path)
     if not os.path.isfile(path):
         raise conversion_error("cannot read %s: not a file" % path)
+    mesh, reason = reader_process.run(_read, path)
+    if mesh is None:
+        if _says_empty(path):
+            raise conversion_error("%s is empty: it has no points" % path)
+        raise conversion_error("cannot read %s: %s" % (path, reason))
+    return mesh
+
+
+def _read(path):
+    """(mesh, None), or (None, why it cannot be read)."""
     chatter = io.StringIO()
     try:
         # meshio prints what went wrong, and ends the program itself when no
         # reader takes the file; both are caught and said in one line.
         with contextlib.redirect_stdout(chatter), contextlib.redirect_stderr(chatter):
-            return meshio.read(path)
+            return meshio.read(path), None
     except (Exception, SystemExit) as failure:
         reason = _reason(failure, chatter.getvalue())
     mesh = _legacy_vtk(path) if path.lower().endswith(".vtk") else None
-    if mesh is None or not len(mesh.cells):
-        if _says_empty(path):
-            raise conversion_error("%s is empty: it has no points" % path)
-        raise conversion_error("cannot read %s: %s" % (path, reason))
-    return mesh
+    return (mesh, None) if mesh is not None and len(mesh.cells) else (None, reason)
 
 
 # How the headers of PLY and legacy VTK files say they have no points, and
@@ -76,11 +85,14 @@ _PIECE_POINTS = rb"NumberOfPoints\s*=\s*[\"'](\d+)[\"']"
 def _says_empty(path):
     """Whether the file's header says it has no points (a PLY, legacy VTK or
     XML VTK file with none, which meshio fails to read)."""
-    with open(path, "rb") as f:
-        head = f.read(1 << 16)
+    try:
+        with open(path, "rb") as f:
+            head = f.read(1 << 16)
+    except OSError:
+        return False  # the reader's reason says why
     counts = re.findall(_PIECE_POINTS, head)
     if counts:
-        return all(int(c) == 0 for c in counts)
+        return all(not c.strip(b"0") for c in counts)  # zeros only (a count may be too long for int)
     return any(re.search(pattern, head) for pattern in _NO_POINTS)
 
 
@@ -89,25 +101,27 @@ def _legacy_vtk(path):
     None without PyVista or when VTK cannot read it either."""
     try:
         import pyvista
-        from vtkmodules.vtkCommonCore import vtkObject
+        from vtkmodules.vtkCommonCore import vtkLogger, vtkObject
     except ImportError:
         return None
-    shown = vtkObject.GetGlobalWarningDisplay()
-    vtkObject.GlobalWarningDisplayOff()
+    vtkObject.GlobalWarningDisplayOff()  # in the reader's child process: no need to turn it on again
+    vtkLogger.SetStderrVerbosity(vtkLogger.VERBOSITY_OFF)
     try:
         with warnings.catch_warnings():
             warnings.simplefilter("ignore")
             return from_pyvista(pyvista.read(path))
     except Exception:
         return None
-    finally:
-        vtkObject.SetGlobalWarningDisplay(shown)
 
 
 def from_pyvista(dataset):
     """A PyVista or VTK dataset as a meshio mesh."""
     import pyvista
-    return pyvista.to_meshio(pyvista.wrap(dataset).cast_to_unstructured_grid())
+    dataset = pyvista.wrap(dataset)
+    if dataset.n_cells == 0:
+        # Nothing to draw; VTK's cast of a grid read without cells crashes.
+        return meshio.Mesh(np.asarray(dataset.points, dtype=float).reshape(-1, 3), [])
+    return pyvista.to_meshio(dataset.cast_to_unstructured_grid())
 
 
 def _reason(failure, printed):
@@ -146,16 +160,29 @@ def _grouped(faces):
     return {k: np.concatenate(g) for k, g in sorted(groups.items())}
 
 
+def _corners(data):
+    """A block's cells as rows of point numbers."""
+    try:
+        corners = np.asarray(data, dtype=np.int64)
+    except (TypeError, ValueError, OverflowError):
+        corners = None
+    if corners is None or corners.ndim != 2:
+        raise conversion_error("the mesh has cells that are not lists of point numbers")
+    return corners
+
+
 def drawable(mesh):
     """Sorts the mesh's cells. Volume cells give the faces that no other
     volume cell shares, their outer surface; a face given twice is drawn once."""
     faces, volume_faces, segments, singles, skipped = [], [], [], [], {}
     for block in mesh.cells:
-        data = np.asarray(block.data, dtype=np.int64)
+        data = _corners(block.data)
         if data.size and (data.min() < 0 or data.max() >= len(mesh.points)):
             raise conversion_error("the mesh has cells that name points it does not have")
         kind = _base_kind(block.type)
-        if kind in ("triangle", "quad") or (kind == "polygon" and data.shape[1] >= 3):
+        if data.shape[1] < _CORNERS.get(kind, 3):  # fewer points than the kind has corners
+            skipped[block.type] = skipped.get(block.type, 0) + len(data)
+        elif kind in ("triangle", "quad", "polygon"):
             faces.append(data[:, :_CORNERS.get(kind, data.shape[1])])
         elif kind == "line":
             segments.append(data[:, :2])

@@ -30,7 +30,9 @@ def grouped(keys):
     value. (numpy's unique does this too, in several times the time.)"""
     order = np.argsort(keys, kind="stable")
     ordered = keys[order]
-    return _grouped(order, np.r_[True, ordered[1:] != ordered[:-1]])
+    starts = np.ones(len(keys), dtype=bool)  # none for no keys (a mesh of lines has no edges of faces)
+    starts[1:] = ordered[1:] != ordered[:-1]
+    return _grouped(order, starts)
 
 
 def welded(points):

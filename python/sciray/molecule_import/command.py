@@ -4,14 +4,18 @@ into a folder."""
 import os
 import sys
 
+from .._program_outputs import run, same_file
 from . import drawing, options, reading
 from .failure import molecule_error
 from ..mesh_import.command import _write_figure
 from ..mesh_import.failure import conversion_error
 
 
-def _same_file(a, b):
-    return a is not None and b is not None and os.path.exists(a) and os.path.exists(b) and os.path.samefile(a, b)
+def _refuse_over_inputs(paths, inputs):
+    """Refuses, before anything is written, a scene that would be an input."""
+    refusal = same_file(paths, [given for given in inputs if given is not None])
+    if refusal:
+        raise molecule_error(refusal)
 
 
 def save(scene, path):
@@ -42,9 +46,7 @@ def _write_frames(work, folder, stem, inputs):
     except OSError as failure:
         raise molecule_error("cannot make %s: %s" % (folder, failure.strerror)) from None
     paths = frame_paths(work, folder, stem)
-    for path in paths:
-        if any(_same_file(path, given) for given in inputs):
-            raise molecule_error("the scene %s would overwrite an input" % path)
+    _refuse_over_inputs(paths, inputs)
     for frame, path in zip(work.frames, paths):
         _write(work, frame, path, work.chosen)
     return paths
@@ -63,8 +65,8 @@ def main(argv):
     try:
         chosen = options.parse(argv)
         inputs = (chosen.structure, chosen.trajectory)
-        if any(_same_file(chosen.out, given) for given in inputs):
-            raise molecule_error("the scene %s would overwrite an input" % chosen.out)
+        if chosen.out is not None:
+            _refuse_over_inputs([chosen.out], inputs)
         work = drawing.plan(reading.read(chosen.structure, chosen.trajectory), chosen)
         if chosen.out_dir is None:
             if len(work.frames) > 1:
@@ -83,5 +85,6 @@ def main(argv):
 
 
 def entry():
-    """The program: sciray-molecule's command line; exits with its status."""
-    sys.exit(main(sys.argv[1:]))
+    """The program: sciray-molecule's command line; exits with its status, or
+    by the signal that stopped it."""
+    run(lambda: main(sys.argv[1:]))

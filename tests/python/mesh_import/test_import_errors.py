@@ -122,7 +122,7 @@ class errors_test(unittest.TestCase):
             with self.subTest(args):
                 self.assert_fails([self.good, self.scene] + args, word)
         self.assert_fails([self.good], "OUT.ren")
-        self.assert_fails([self.good, self.good], "overwrite")
+        self.assert_fails([self.good, self.good], "is the same file as input")
 
     def test_scene_that_cannot_be_written(self):
         result = support.run_import(self.good, self.path("no/such/folder/out.ren"))

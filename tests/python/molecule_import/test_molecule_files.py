@@ -2,8 +2,10 @@
 a protein from PDB (elements guessed from atom names, chains, B-factors),
 GRO with its box and an XTC trajectory, PSF + DCD as one scene per frame
 under one camera; the library call gives the command's scene; every
-failure is one line."""
+failure is one line, a scene that would be the structure among them."""
+import filecmp
 import os
+import shutil
 
 import matplotlib.pyplot
 import MDAnalysis
@@ -127,6 +129,16 @@ def test_failures_are_one_line_and_write_nothing(tmp_path, args, message):
     assert result.stderr.count("\n") == 1 and result.stderr.startswith("sciray-molecule: ")
     assert message in result.stderr, result.stderr
     assert not (tmp_path / "out.ren").exists()
+
+
+def test_a_scene_that_is_the_structure_is_refused(tmp_path):
+    structure = tmp_path / "small.pdb"
+    shutil.copy(PDB_small, structure)
+    (tmp_path / "link.ren").symlink_to(structure)
+    result = run_molecule(structure, tmp_path / "link.ren")
+    assert (result.returncode, result.stderr) == (1, "sciray-molecule: output file %s is the same file as input %s\n"
+                                                  % (tmp_path / "link.ren", structure))
+    assert filecmp.cmp(structure, PDB_small, shallow=False)
 
 
 def test_empty_and_cut_short_files_are_named_in_plain_words(tmp_path):
