@@ -6,8 +6,14 @@
 
 #include "geometry/group_intersect.h"
 
+// GCC switches with its target pragma; clang (the fuzzing build) gives the
+// same target to every function declared up to the pop.
+#if defined(__clang__)
+#pragma clang attribute push(__attribute__((target("avx2,popcnt"))), apply_to = function)
+#else
 #pragma GCC push_options
 #pragma GCC target("avx2,popcnt")
+#endif
 
 #include "geometry/group_leaves.h"
 #include "math/lanes_avx2.h"
@@ -20,4 +26,8 @@ unsigned avx2(const scene_geometry& g, const ray* rays, unsigned lanes, hit_reco
 
 }  // namespace sciray::group_intersect
 
+#if defined(__clang__)
+#pragma clang attribute pop
+#else
 #pragma GCC pop_options
+#endif
