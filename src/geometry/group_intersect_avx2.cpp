@@ -5,15 +5,9 @@
 #include <immintrin.h>
 
 #include "geometry/group_intersect.h"
+#include "math/target_region.h"
 
-// GCC switches with its target pragma; clang (the fuzzing build) gives the
-// same target to every function declared up to the pop.
-#if defined(__clang__)
-#pragma clang attribute push(__attribute__((target("avx2,popcnt"))), apply_to = function)
-#else
-#pragma GCC push_options
-#pragma GCC target("avx2,popcnt")
-#endif
+SCIRAY_TARGET_BEGIN("avx2,popcnt")
 
 #include "geometry/group_leaves.h"
 #include "math/lanes_avx2.h"
@@ -26,8 +20,4 @@ unsigned avx2(const scene_geometry& g, const ray* rays, unsigned lanes, hit_reco
 
 }  // namespace sciray::group_intersect
 
-#if defined(__clang__)
-#pragma clang attribute pop
-#else
-#pragma GCC pop_options
-#endif
+SCIRAY_TARGET_END
