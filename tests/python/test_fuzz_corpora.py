@@ -2,7 +2,7 @@
 fuzz/scene_builder_fuzz.py) replay their seeds and every input that once
 found a fault, as the C++ targets replay theirs under ctest: each must pass
 the target's checks again."""
-import importlib.util
+import importlib
 import os
 
 import pytest
@@ -11,13 +11,6 @@ from conftest import SOURCE
 from sciray.mesh_import import reader_process
 
 FUZZ = os.path.join(SOURCE, "fuzz")
-
-
-def target(name):
-    spec = importlib.util.spec_from_file_location(name + "_fuzz", os.path.join(FUZZ, name + "_fuzz.py"))
-    module = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(module)
-    return module
 
 
 def inputs(name):
@@ -30,10 +23,10 @@ def inputs(name):
 
 @pytest.mark.parametrize("name", ["import", "scene_builder"])
 def test_the_corpus_passes_the_target(name, monkeypatch):
-    monkeypatch.syspath_prepend(FUZZ)  # the targets' shared module
+    monkeypatch.syspath_prepend(FUZZ)  # the targets and their shared module
     replayed = inputs(name)
     assert replayed, "no seeds"
-    module = target(name)
+    module = importlib.import_module(name + "_fuzz")
     if name == "import":  # the readers' time as the fuzzer gives it
         monkeypatch.setattr(reader_process, "SECONDS", module.READ_SECONDS)
     check = module.test_one_input
